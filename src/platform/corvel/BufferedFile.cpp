@@ -1,0 +1,439 @@
+#include <corvel/BufferedFile.h>
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+#include <corvel/Exception.h>
+#include <corvel/Text.h>
+
+#include "SystemFile.h"
+
+namespace corvel {
+namespace {
+
+constexpr const char* kModule = "corvel";
+constexpr const char* kFile = "BufferedFile";
+
+// Large enough that system calls cost little, small enough to stay in a processor's cache.
+constexpr std::size_t kBufferSize = 64 * 1024;
+// What is read at a place that nothing announced: one page.
+constexpr std::size_t kSmallestRead = 4 * 1024;
+
+template <typename Char>
+bool ParseMode(const Char* text, FileMode& mode) {
+  if (text == nullptr) return false;
+  const std::basic_string_view<Char> given(text);
+  if (given.empty()) return false;
+  switch (given[0]) {
+    case 'r':
+      mode.read = true;
+      break;
+    case 'w':
+      mode.write = mode.create = mode.truncate = true;
+      break;
+    case 'a':
+      mode.write = mode.create = mode.atEnd = true;
+      break;
+    default:
+      return false;
+  }
+  for (const Char flag : given.substr(1)) {
+    if (flag == '+') {
+      mode.read = mode.write = true;
+    } else if (flag != 'b') {
+      return false;
+    }
+  }
+  return true;
+}
+
+template <typename Char>
+FileMode RequireMode(const Char* text, bool mustBeNew) {
+  FileMode mode;
+  if (!ParseMode(text, mode)) Throw_ERR_CORVEL_BAD_PARAMETER(kModule, kFile, __LINE__);
+  mode.mustBeNew = mustBeNew && mode.create;
+  return mode;
+}
+
+}  // namespace
+
+CBufferedFile::CBufferedFile() = default;
+
+CBufferedFile::~CBufferedFile() {
+  try {
+    Close();
+  } catch (...) {
+    LogExceptionInfo(L"CBufferedFile", L"BufferedFile", __LINE__);
+  }
+}
+
+void CBufferedFile::FailNullBuffer() { throw gsl::fail_fast("The buffer of a transfer is null."); }
+
+void CBufferedFile::Fail(const char* what, const std::string& reason, int line) const {
+  throw Exception(kModule, kFile, line,
+                  std::string(what) + " \"" + Utf8FromWide(path_) + "\": " + reason, false);
+}
+
+void CBufferedFile::RequireOpen(int line) const {
+  if (file_ == nullptr) throw Exception(kModule, kFile, line, "The file is not open", false);
+}
+
+void CBufferedFile::RequireReadable() const {
+  RequireOpen(__LINE__);
+  if (!mayRead_) Fail("Cannot read", "it is open for writing only", __LINE__);
+}
+
+void CBufferedFile::RequireWritable() const {
+  RequireOpen(__LINE__);
+  if (!mayWrite_) Fail("Cannot write", "it is open for reading only", __LINE__);
+}
+
+void CBufferedFile::Open(const std::wstring& path, const char* mode, FileSharing sharing,
+                         bool mustBeNew) {
+  OpenFile(path, RequireMode(mode, mustBeNew), sharing);
+}
+
+void CBufferedFile::Open(const std::wstring& path, const wchar_t* mode, FileSharing sharing,
+                         bool mustBeNew) {
+  OpenFile(path, RequireMode(mode, mustBeNew), sharing);
+}
+
+bool CBufferedFile::OpenNoThrow(const std::wstring& path, const char* mode, FileSharing sharing,
+                                bool mustBeNew) noexcept {
+  try {
+    Open(path, mode, sharing, mustBeNew);
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+bool CBufferedFile::OpenNoThrow(const std::wstring& path, const wchar_t* mode, FileSharing sharing,
+                                bool mustBeNew) noexcept {
+  try {
+    Open(path, mode, sharing, mustBeNew);
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+void CBufferedFile::OpenFile(const std::wstring& path, const FileMode& mode, FileSharing sharing) {
+  Close();
+  path_ = path;
+  auto file = std::make_unique<SystemFile>();
+  if (const std::error_code error = file->Open(path, mode, sharing)) {
+    Fail("Cannot open", error.message(), __LINE__);
+  }
+  if (buffer_ == nullptr) buffer_ = std::make_unique<unsigned char[]>(kBufferSize);
+  long long start = 0;
+  if (mode.atEnd && file->HasPositions()) {
+    std::error_code error;
+    start = file->Length(error);
+    if (error) Fail("Cannot find the end of", error.message(), __LINE__);
+  }
+  file_ = std::move(file);
+  mayRead_ = mode.read;
+  mayWrite_ = mode.write;
+  RestartWindow(start);
+}
+
+std::size_t CBufferedFile::Read(gsl::not_null<void*> buffer, std::size_t count) {
+  return ReadBytes(buffer.get(), count);
+}
+
+void CBufferedFile::Write(gsl::not_null<const void*> buffer, std::size_t count) {
+  WriteBytes(buffer.get(), count);
+}
+
+std::size_t CBufferedFile::ReadBytes(void* buffer, std::size_t count) {
+  RequireReadable();
+  auto* to = static_cast<unsigned char*>(buffer);
+  std::size_t got = 0;
+  if (pushedBack_ >= 0 && count > 0) {
+    to[got++] = static_cast<unsigned char>(pushedBack_);
+    pushedBack_ = -1;
+    NoteReadable();
+  }
+  for (;;) {
+    const std::size_t taken = std::min(count - got, filled_ - cursor_);
+    if (taken > 0) std::memcpy(to + got, buffer_.get() + cursor_, taken);
+    cursor_ += taken;
+    got += taken;
+    if (got == count) return got;
+    const std::size_t missing = count - got;
+    if (missing >= kBufferSize) {
+      const std::size_t direct = ReadDirectly(to + got, missing);
+      got += direct;
+      if (direct == 0) break;
+    } else if (!FillWindow(missing)) {
+      break;
+    }
+  }
+  end_ = true;
+  return got;
+}
+
+// Reads behind the window straight into the caller's memory. Returns 0 at the end of the file.
+std::size_t CBufferedFile::ReadDirectly(unsigned char* to, std::size_t count) {
+  Flush();
+  const long long position = windowStart_ + static_cast<long long>(cursor_);
+  std::error_code error;
+  const std::size_t got = file_->ReadSome(position, to, count, error);
+  if (error) Fail("Cannot read", error.message(), __LINE__);
+  lastStart_ = position;
+  lastEnd_ = position + static_cast<long long>(got);
+  RestartWindow(lastEnd_);
+  return got;
+}
+
+// Where to read when `wanted` bytes are needed at `position`, and, in readAhead_, how much.
+//
+// Behind the last window a caller reads on: each window is twice as large as the one before. In
+// front of it a caller reads backward: the window then ends with the bytes that are needed. Anywhere
+// else only a page is read, since nothing tells what comes next.
+long long CBufferedFile::WindowStartFor(long long position, std::size_t wanted) {
+  const auto size = static_cast<long long>(kBufferSize);
+  const bool onward = position == lastEnd_;
+  const bool backward = position < lastStart_ && position >= lastStart_ - size;
+  readAhead_ = onward || backward ? std::min(readAhead_ * 2, kBufferSize) : kSmallestRead;
+  readAhead_ = std::max({readAhead_, wanted, kSmallestRead});
+  if (!backward || !file_->HasPositions()) return position;
+  const auto before = static_cast<long long>(readAhead_ - wanted);
+  return std::max(0LL, position - before);
+}
+
+// Replaces the window by one that holds at least one byte at the position. False at the end.
+bool CBufferedFile::FillWindow(std::size_t wanted) {
+  Flush();
+  const long long position = windowStart_ + static_cast<long long>(cursor_);
+  const long long start = WindowStartFor(position, wanted);
+  std::error_code error;
+  const std::size_t got = file_->ReadSome(start, buffer_.get(), readAhead_, error);
+  if (error) {
+    RestartWindow(position);
+    Fail("Cannot read", error.message(), __LINE__);
+  }
+  const auto cursor = static_cast<std::size_t>(position - start);
+  if (got <= cursor) {
+    RestartWindow(position);
+    return false;
+  }
+  windowStart_ = start;
+  cursor_ = cursor;
+  filled_ = got;
+  lastStart_ = start;
+  lastEnd_ = start + static_cast<long long>(got);
+  NoteReadable();
+  return true;
+}
+
+void CBufferedFile::WriteBytes(const void* bytes, std::size_t count) {
+  RequireWritable();
+  if (pushedBack_ >= 0) MoveTo(GetPosition());
+  const long long position = windowStart_ + static_cast<long long>(cursor_);
+  if (count > static_cast<unsigned long long>(std::numeric_limits<long long>::max() - position)) {
+    Fail("Cannot write", "the position would leave the range of 64 bits", __LINE__);
+  }
+  if (count >= kBufferSize) {
+    Flush();
+    std::error_code error;
+    const std::size_t written = file_->Write(position, bytes, count, error);
+    RestartWindow(position + static_cast<long long>(written));
+    if (error) Fail("Cannot write", error.message(), __LINE__);
+    return;
+  }
+  const bool touchesDirty = !HasDirtyBytes() || (cursor_ >= dirtyBegin_ && cursor_ <= dirtyEnd_);
+  if (count > kBufferSize - cursor_ || !touchesDirty) {
+    Flush();
+    RestartWindow(position);
+  }
+  if (count == 0) return;
+  std::memcpy(buffer_.get() + cursor_, bytes, count);
+  dirtyBegin_ = HasDirtyBytes() ? dirtyBegin_ : cursor_;
+  cursor_ += count;
+  dirtyEnd_ = std::max(dirtyEnd_, cursor_);
+  filled_ = std::max(filled_, cursor_);
+  NoteReadable();
+}
+
+void CBufferedFile::Flush() {
+  RequireOpen(__LINE__);
+  if (!HasDirtyBytes()) return;
+  std::error_code error;
+  const std::size_t written =
+      file_->Write(windowStart_ + static_cast<long long>(dirtyBegin_), buffer_.get() + dirtyBegin_,
+                   dirtyEnd_ - dirtyBegin_, error);
+  dirtyBegin_ += written;
+  if (error) Fail("Cannot write", error.message(), __LINE__);
+  dirtyBegin_ = dirtyEnd_ = 0;
+}
+
+long long CBufferedFile::Seek(long long offset, FileOrigin origin) {
+  RequireOpen(__LINE__);
+  if (!file_->HasPositions()) Fail("Cannot seek in", "it is no file on a disk", __LINE__);
+  long long base = 0;
+  if (origin == kFileCurrent) {
+    base = GetPosition();
+  } else if (origin == kFileEnd) {
+    base = GetLength();
+  } else if (origin != kFileBegin) {
+    Throw_ERR_CORVEL_BAD_PARAMETER(kModule, kFile, __LINE__);
+  }
+  if (offset < -base || offset > std::numeric_limits<long long>::max() - base) {
+    Fail("Cannot seek in", "the position would be negative or too large", __LINE__);
+  }
+  MoveTo(base + offset);
+  end_ = false;
+  return base + offset;
+}
+
+// Takes the position to a place without reading. Forgets a byte that was pushed back.
+void CBufferedFile::MoveTo(long long position) {
+  const long long inWindow = position - windowStart_;
+  if (inWindow >= 0 && inWindow <= static_cast<long long>(filled_)) {
+    pushedBack_ = -1;
+    cursor_ = static_cast<std::size_t>(inWindow);
+    NoteReadable();
+    return;
+  }
+  Flush();
+  RestartWindow(position);
+}
+
+// REQUIRES: nothing is dirty.
+void CBufferedFile::RestartWindow(long long position) {
+  windowStart_ = position;
+  cursor_ = filled_ = 0;
+  dirtyBegin_ = dirtyEnd_ = 0;
+  pushedBack_ = -1;
+  NoteReadable();
+}
+
+void CBufferedFile::NoteReadable() { readable_ = mayRead_ && pushedBack_ < 0 ? filled_ : 0; }
+
+long long CBufferedFile::GetPosition() const {
+  RequireOpen(__LINE__);
+  return windowStart_ + static_cast<long long>(cursor_) - (pushedBack_ >= 0 ? 1 : 0);
+}
+
+long long CBufferedFile::GetLength() {
+  RequireOpen(__LINE__);
+  std::error_code error;
+  const long long onDisk = file_->Length(error);
+  if (error) Fail("Cannot find the end of", error.message(), __LINE__);
+  if (!HasDirtyBytes()) return onDisk;
+  return std::max(onDisk, windowStart_ + static_cast<long long>(dirtyEnd_));
+}
+
+int CBufferedFile::GetcSlowly() {
+  unsigned char byte = 0;
+  return ReadBytes(&byte, 1) == 1 ? byte : -1;
+}
+
+int CBufferedFile::UnGetc(int byte) {
+  RequireOpen(__LINE__);
+  if (byte < 0 || byte > 0xFF || pushedBack_ >= 0 || GetPosition() == 0) return -1;
+  end_ = false;
+  if (cursor_ > 0 && cursor_ <= filled_ && buffer_[cursor_ - 1] == byte) {
+    --cursor_;
+  } else {
+    pushedBack_ = byte;
+    NoteReadable();
+  }
+  return byte;
+}
+
+bool CBufferedFile::ReadString(std::string& line) {
+  RequireOpen(__LINE__);
+  line.clear();
+  try {
+    bool any = false;
+    if (pushedBack_ >= 0) {
+      const int byte = Getc();
+      if (byte == '\n') return true;
+      line += static_cast<char>(byte);
+      any = true;
+    }
+    RequireReadable();
+    for (;;) {
+      const unsigned char* from = buffer_.get() + cursor_;
+      const std::size_t available = filled_ - cursor_;
+      const void* feed = available == 0 ? nullptr : std::memchr(from, '\n', available);
+      const std::size_t length =
+          feed == nullptr ? available
+                          : static_cast<std::size_t>(static_cast<const unsigned char*>(feed) - from);
+      line.append(reinterpret_cast<const char*>(from), length);
+      cursor_ += length;
+      any = any || length > 0;
+      if (feed != nullptr) {
+        ++cursor_;
+        return true;
+      }
+      if (!FillWindow(1)) {
+        end_ = true;
+        return any;
+      }
+    }
+  } catch (const Exception&) {
+    return false;
+  }
+}
+
+int CBufferedFile::Printf(const char* format, ...) {
+  RequireWritable();
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::va_list again;
+  va_copy(again, arguments);
+  char small[256];
+  const int length = std::vsnprintf(small, sizeof small, format, arguments);
+  va_end(arguments);
+  std::string large;
+  if (length >= static_cast<int>(sizeof small)) {
+    large.resize(static_cast<std::size_t>(length) + 1);
+    std::vsnprintf(large.data(), large.size(), format, again);
+  }
+  va_end(again);
+  if (length < 0) Throw_ERR_CORVEL_BAD_PARAMETER(kModule, kFile, __LINE__);
+  WriteBytes(large.empty() ? small : large.data(), static_cast<std::size_t>(length));
+  return length;
+}
+
+void CBufferedFile::Close() {
+  if (file_ == nullptr) return;
+  std::error_code failed;
+  if (HasDirtyBytes()) {
+    file_->Write(windowStart_ + static_cast<long long>(dirtyBegin_), buffer_.get() + dirtyBegin_,
+                 dirtyEnd_ - dirtyBegin_, failed);
+  }
+  const std::error_code closing = file_->Close();
+  Reset();
+  if (failed) Fail("Cannot write", failed.message(), __LINE__);
+  if (closing) Fail("Cannot close", closing.message(), __LINE__);
+}
+
+bool CBufferedFile::CloseNoThrow(bool discard) noexcept {
+  try {
+    if (discard) dirtyBegin_ = dirtyEnd_ = 0;
+    Close();
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+void CBufferedFile::Reset() {
+  file_.reset();
+  mayRead_ = mayWrite_ = false;
+  end_ = false;
+  lastStart_ = lastEnd_ = 0;
+  readAhead_ = 0;
+  RestartWindow(0);
+}
+
+}  // namespace corvel

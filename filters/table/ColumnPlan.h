@@ -15,22 +15,22 @@
 namespace trovan::filters {
 
 enum class ColumnKind {
-  kText,                // C
-  kVariableText,        // V of Visual FoxPro: may end with its own length
-  kVariableBytes,       // Q of Visual FoxPro, the same
-  kNumber,              // N, F: text
-  kDate,                // D: YYYYMMDD
-  kLogical,             // L
-  kMemoText,            // M
-  kMemoBytes,           // G, P, W, B of dBASE, binary M
-  kInteger,             // I of FoxPro: 32 bits, low byte first
-  kIntegerHighFirst,    // I, + of dBASE 7: 32 bits, high byte first, sign bit inverted
-  kReal,                // B of Visual FoxPro: a double, low byte first
-  kRealHighFirst,       // O of dBASE 7: a double, high byte first, so inverted that bytes sort
-  kCurrency,            // Y: 64 bits, ten-thousandths
-  kDateTime,            // T: day and milliseconds, 32 bits each
-  kTimestamp,           // @ of dBASE 7: a double of milliseconds, high byte first
-  kBytes,               // anything else
+  kText,              // C
+  kVariableText,      // V of Visual FoxPro: may end with its own length
+  kVariableBytes,     // Q of Visual FoxPro, the same
+  kNumber,            // N, F: text
+  kDate,              // D: YYYYMMDD
+  kLogical,           // L
+  kMemoText,          // M
+  kMemoBytes,         // G, P, W, B of dBASE, binary M
+  kInteger,           // I of FoxPro: 32 bits, low byte first
+  kIntegerHighFirst,  // I, + of dBASE 7: 32 bits, high byte first, sign bit inverted
+  kReal,              // B of Visual FoxPro: a double, low byte first
+  kRealHighFirst,     // O of dBASE 7: a double, high byte first, so inverted that bytes sort
+  kCurrency,          // Y: 64 bits, ten-thousandths
+  kDateTime,          // T: day and milliseconds, 32 bits each
+  kTimestamp,         // @ of dBASE 7: a double of milliseconds, high byte first
+  kBytes,             // anything else
 };
 
 // A word for people, such as "text" or "number".
@@ -46,8 +46,8 @@ struct Column {
 };
 
 struct ColumnPlan {
-  std::vector<Column> columns;    // those that a person wants to see, in order
-  std::size_t nullFlagsAt = 0;    // the hidden field of Visual FoxPro that marks null values
+  std::vector<Column> columns;  // those that a person wants to see, in order
+  std::size_t nullFlagsAt = 0;  // the hidden field of Visual FoxPro that marks null values
   std::size_t nullFlagsLength = 0;
 
   bool HasMemos() const;

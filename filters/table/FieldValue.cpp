@@ -22,8 +22,8 @@ bool AllAre(std::string_view bytes, char byte) {
   return bytes.find_first_not_of(byte) == std::string_view::npos;
 }
 
-// dBASE 7 stores doubles so that their bytes sort: the sign bit of positive numbers is set, all bits
-// of negative ones are inverted.
+// dBASE 7 stores doubles so that their bytes sort: the sign bit of positive numbers is set, all
+// bits of negative ones are inverted.
 double SortableReal(std::uint64_t bits) {
   return std::bit_cast<double>((bits & kSignBit64) != 0 ? bits ^ kSignBit64 : ~bits);
 }
@@ -76,8 +76,8 @@ void FieldValue::Write(const Column& column, const Record& record, std::uint32_t
   std::string_view stored(reinterpret_cast<const char*>(record.data) + column.offset,
                           column.length);
   if (column.lengthBit && FlagIsSet(record, *column.lengthBit) && !stored.empty()) {
-    stored = stored.substr(0, std::min<std::size_t>(Unsigned(stored)[stored.size() - 1],
-                                                    stored.size() - 1));
+    stored = stored.substr(
+        0, std::min<std::size_t>(Unsigned(stored)[stored.size() - 1], stored.size() - 1));
     return column.kind == ColumnKind::kVariableText ? writer.Text(Decode(stored))
                                                     : WriteBytes(stored, writer);
   }
@@ -200,9 +200,8 @@ void FieldValue::WriteMemo(const Column& column, std::string_view pointer, std::
     return writer.Null();
   }
   if (memo.length < memo.promised) {
-    problems_.Add(Place(index, column) + "the memo file ends after " +
-                  std::to_string(memo.length) + " of the " + std::to_string(memo.promised) +
-                  " bytes of the memo");
+    problems_.Add(Place(index, column) + "the memo file ends after " + std::to_string(memo.length) +
+                  " of the " + std::to_string(memo.promised) + " bytes of the memo");
   }
   if (column.kind == ColumnKind::kMemoText && memo.isText) {
     WriteMemoText(*block, memo, writer);

@@ -27,7 +27,9 @@ constexpr std::uint64_t kReaderLimit = 65534;
 
 // The smallest buffer for which EnumMemo allows `length` bytes: the swapped bytes of its size bound
 // the text, so the low byte is made as large as can be.
-std::size_t BufferFor(std::uint64_t length) { return static_cast<std::size_t>((length + 1) | 0xFF); }
+std::size_t BufferFor(std::uint64_t length) {
+  return static_cast<std::size_t>((length + 1) | 0xFF);
+}
 
 std::string Name(const SideFile& side) { return corvel::Utf8FromWide(side.path); }
 
@@ -87,8 +89,9 @@ void MemoFile::ReadFoxProHeader() {
   blockSize_ = LoadU16HighFirst(header + 6);
   readerBlockSize_ = kFptBlockOfReader;
   if (blockSize_ == 0) {
-    throw FilterError(Name(side_) + " is of no kind that can be read: its header states blocks of "
-                                    "0 bytes (bytes 6 and 7)");
+    throw FilterError(Name(side_) +
+                      " is of no kind that can be read: its header states blocks of "
+                      "0 bytes (bytes 6 and 7)");
   }
 }
 
@@ -189,8 +192,8 @@ void MemoFile::ReadWhole(std::uint64_t block, const MemoExtent& memo, std::strin
 }
 
 // Reads a memo with CDBFReader, whose blocks have a fixed size: a larger block is a multiple of it.
-// False when the memo is one that the reader cannot deliver whole: it holds a NUL byte, is too long,
-// begins between the reader's blocks or beyond its reach, or has no block header.
+// False when the memo is one that the reader cannot deliver whole: it holds a NUL byte, is too
+// long, begins between the reader's blocks or beyond its reach, or has no block header.
 bool MemoFile::ReadThroughReader(std::uint64_t block, const MemoExtent& memo, std::string& bytes) {
   if (!side_.foundInSmallLetters || memo.length > kReaderLimit) return false;
   const std::uint64_t start = block * blockSize_;
@@ -198,8 +201,9 @@ bool MemoFile::ReadThroughReader(std::uint64_t block, const MemoExtent& memo, st
   if (start % readerBlockSize_ != 0) return false;
   if (start + kBlockHeader + kReaderLimit > std::numeric_limits<std::int32_t>::max()) return false;
   buffer_.resize(std::max(buffer_.size(), BufferFor(memo.length)));
-  const auto error = reader_.EnumMemo(static_cast<unsigned>(start / readerBlockSize_),
-                                      buffer_.data(), static_cast<unsigned>(BufferFor(memo.length)));
+  const auto error =
+      reader_.EnumMemo(static_cast<unsigned>(start / readerBlockSize_), buffer_.data(),
+                       static_cast<unsigned>(BufferFor(memo.length)));
   if (error != CDBFReader::DBF_OK) return false;
   const auto length = static_cast<std::size_t>(memo.length);
   if (std::memchr(buffer_.data(), '\0', length) != nullptr) return false;

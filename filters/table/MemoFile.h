@@ -19,9 +19,9 @@
 namespace trovan::filters {
 
 enum class MemoKind {
-  kFoxPro,   // .fpt: blocks with a type and a length, high byte first
-  kDBase3,   // .dbt: blocks of 512 bytes, a text ends at two bytes 1A
-  kDBase4,   // .dbt: blocks that begin with FF FF 08 00 and a length
+  kFoxPro,  // .fpt: blocks with a type and a length, high byte first
+  kDBase3,  // .dbt: blocks of 512 bytes, a text ends at two bytes 1A
+  kDBase4,  // .dbt: blocks that begin with FF FF 08 00 and a length
 };
 
 std::string_view DescribeMemoKind(MemoKind kind);

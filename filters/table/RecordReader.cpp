@@ -13,6 +13,9 @@ namespace {
 // The reader forms offsets in signed 32-bit numbers.
 constexpr long long kReach = std::numeric_limits<std::int32_t>::max();
 
+// The mark that many programs write behind the last record.
+constexpr unsigned char kEndOfFile = 0x1A;
+
 }  // namespace
 
 RecordReader::RecordReader(const std::wstring& path, const TableLayout& layout)
@@ -42,6 +45,7 @@ bool RecordReader::Read(std::uint32_t index, Record& record) {
   flagKnown_ = false;
   const auto wanted = static_cast<long long>(layout_.DataLength());
   record.present = static_cast<std::size_t>(std::min(wanted, layout_.fileLength - offset - 1));
+  if (record.present == 0 && record.flag == kEndOfFile) return false;
   const bool nextFlagPresent = layout_.fileLength - offset - 1 > wanted;
   if (nextFlagPresent && ReadThroughReader(index)) {
     flag_ = buffer_[layout_.DataLength()];

@@ -19,7 +19,7 @@ namespace trovan::filters {
 
 struct Record {
   const unsigned char* data = nullptr;  // the fields; valid until the next read
-  std::size_t present = 0;  // bytes of `data` that the file has; the rest are blanks
+  std::size_t present = 0;              // bytes of `data` that the file has; the rest are blanks
   unsigned char flag = ' ';
 
   bool IsDeleted() const { return flag == '*'; }

@@ -13,10 +13,10 @@
 namespace trovan::filters {
 
 struct TableExportOptions {
-  std::optional<int> codePage;   // instead of the table's own
-  bool raw = false;              // stored texts keep their blanks and their form
-  bool withDeleted = false;      // deleted records too; a first column tells them
-  std::uint64_t skip = 0;        // of the rows that would come
+  std::optional<int> codePage;  // instead of the table's own
+  bool raw = false;             // stored texts keep their blanks and their form
+  bool withDeleted = false;     // deleted records too; a first column tells them
+  std::uint64_t skip = 0;       // of the rows that would come
   std::optional<std::uint64_t> limit;
 };
 
@@ -24,7 +24,7 @@ struct TableExportResult {
   std::uint64_t rows = 0;
   std::uint64_t malformed = 0;  // parts of texts that the code page does not know
   int codePage = 0;
-  bool cancelled = false;       // `progress` asked to stop
+  bool cancelled = false;  // `progress` asked to stop
   Problems problems;
 };
 

@@ -45,8 +45,8 @@ void AppendUtf16(char32_t character, std::u16string& units) {
 
 // UTF-7 as ICU knows it has no place for controls; Windows reads them as themselves.
 bool IsControlOfUtf7(const UConverter* converter, const char* part, int32_t length) {
-  const bool control = length == 1 && ((*part >= 0 && *part < 0x20) || *part == 0x7F);
-  return control && ucnv_getType(converter) == UCNV_UTF7;
+  const auto byte = static_cast<unsigned char>(*part);
+  return length == 1 && (byte < 0x20 || byte == 0x7F) && ucnv_getType(converter) == UCNV_UTF7;
 }
 
 }  // namespace

@@ -23,6 +23,8 @@ constexpr std::size_t kMostAtOnce = std::size_t{1} << 20;
 // A shorter stretch of ASCII inside other text is not worth leaving ICU for.
 constexpr std::size_t kAsciiStretch = 2 * kWordSize;
 
+constexpr UChar kReplacement = 0xFFFD;
+
 // A unit that is never well formed by itself: it makes ICU report a character that is none.
 constexpr UChar kLoneSurrogate = 0xDC00;
 
@@ -32,27 +34,25 @@ void RequireSuccess(UErrorCode error) {
   if (U_FAILURE(error)) corvel::ThrowInternalError("kerno", "IcuStreamCodec", __LINE__);
 }
 
-std::u16string Utf16From(std::u32string_view text) {
-  std::u16string units;
-  units.reserve(text.size());
-  for (const char32_t character : text) {
-    if (character == kNoCharacter) {
-      units += kLoneSurrogate;
-    } else if (character > 0xFFFF) {
-      units += static_cast<UChar>(U16_LEAD(character));
-      units += static_cast<UChar>(U16_TRAIL(character));
-    } else {
-      units += static_cast<UChar>(character);
-    }
+void AppendUtf16(char32_t character, std::u16string& units) {
+  if (character > 0xFFFF) {
+    units += static_cast<UChar>(U16_LEAD(character));
+    units += static_cast<UChar>(U16_TRAIL(character));
+  } else {
+    units += static_cast<UChar>(character);
   }
-  return units;
+}
+
+// UTF-7 as ICU knows it has no place for controls; Windows reads them as themselves.
+bool IsControlOfUtf7(const UConverter* converter, const char* part, int32_t length) {
+  const auto byte = static_cast<unsigned char>(*part);
+  return length == 1 && (byte < 0x20 || byte == 0x7F) && ucnv_getType(converter) == UCNV_UTF7;
 }
 
 }  // namespace
 
 IcuStreamCodec::IcuStreamCodec(IcuConverter converter, bool ascii, bool allOfUnicode)
-    : converter_(std::move(converter)), ascii_(ascii) {
-  unmappable_.writeReplacement = allOfUnicode;
+    : converter_(std::move(converter)), ascii_(ascii), allOfUnicode_(allOfUnicode) {
   UErrorCode error = U_ZERO_ERROR;
   ucnv_setToUCallBack(converter_.get(), OnMalformed, &malformed_, nullptr, nullptr, &error);
   ucnv_setFromUCallBack(converter_.get(), OnUnmappable, &unmappable_, nullptr, nullptr, &error);
@@ -60,25 +60,26 @@ IcuStreamCodec::IcuStreamCodec(IcuConverter converter, bool ascii, bool allOfUni
 }
 
 void IcuStreamCodec::OnMalformed(const void* context, UConverterToUnicodeArgs* args,
-                                 const char* /*part*/, int32_t /*length*/,
-                                 UConverterCallbackReason reason, UErrorCode* error) {
+                                 const char* part, int32_t length, UConverterCallbackReason reason,
+                                 UErrorCode* error) {
   if (!IsAboutText(reason)) return;
   // ICU's interface is const, but the context is the caller's own to change.
-  ++static_cast<Report*>(const_cast<void*>(context))->count;
+  std::size_t& count = *static_cast<std::size_t*>(const_cast<void*>(context));
+  const bool control = IsControlOfUtf7(args->converter, part, length);
+  if (!control) ++count;
   *error = U_ZERO_ERROR;
-  constexpr UChar kReplacement = 0xFFFD;
-  ucnv_cbToUWriteUChars(args, &kReplacement, 1, 0, error);
+  const UChar unit = control ? static_cast<UChar>(*part) : kReplacement;
+  ucnv_cbToUWriteUChars(args, &unit, 1, 0, error);
 }
 
 void IcuStreamCodec::OnUnmappable(const void* context, UConverterFromUnicodeArgs* args,
                                   const UChar* /*units*/, int32_t /*length*/, UChar32 /*character*/,
                                   UConverterCallbackReason reason, UErrorCode* error) {
   if (!IsAboutText(reason)) return;
-  Report& report = *static_cast<Report*>(const_cast<void*>(context));
-  ++report.count;
+  ++*static_cast<std::size_t*>(const_cast<void*>(context));
   *error = U_ZERO_ERROR;
-  const UChar replacement = report.writeReplacement ? 0xFFFD : u'?';
-  const UChar* next = &replacement;
+  constexpr UChar kQuestionMark = u'?';
+  const UChar* next = &kQuestionMark;
   ucnv_cbFromUWriteUChars(args, &next, next + 1, 0, error);
 }
 
@@ -107,7 +108,7 @@ std::size_t IcuStreamCodec::StretchForIcu(std::string_view bytes) const {
 }
 
 std::size_t IcuStreamCodec::AppendPiece(std::string_view bytes, bool last, std::string& utf8) {
-  malformed_.count = 0;
+  malformed_ = 0;
   while (!bytes.empty()) {
     if (ascii_ && BetweenCharacters()) {
       const char* const end = bytes.data() + bytes.size();
@@ -125,7 +126,7 @@ std::size_t IcuStreamCodec::AppendPiece(std::string_view bytes, bool last, std::
     DropHeldSurrogate(utf8);
     Reset();
   }
-  return malformed_.count;
+  return malformed_;
 }
 
 void IcuStreamCodec::Convert(std::string_view bytes, bool last, std::string& utf8) {
@@ -157,7 +158,7 @@ void IcuStreamCodec::AppendUnits(const UChar* units, std::size_t count, std::str
       heldSurrogate_ = unit;
     } else if (U16_IS_TRAIL(unit)) {
       utf8 += kReplacementUtf8;
-      ++malformed_.count;
+      ++malformed_;
     } else {
       AppendUtf8(unit, utf8);
     }
@@ -168,7 +169,7 @@ void IcuStreamCodec::DropHeldSurrogate(std::string& utf8) {
   if (heldSurrogate_ == 0) return;
   heldSurrogate_ = 0;
   utf8 += kReplacementUtf8;
-  ++malformed_.count;
+  ++malformed_;
 }
 
 void IcuStreamCodec::ConvertBack(std::u16string_view units, bool last, std::string& bytes) {
@@ -186,14 +187,31 @@ void IcuStreamCodec::ConvertBack(std::u16string_view units, bool last, std::stri
   RequireSuccess(error);
 }
 
+std::u16string IcuStreamCodec::Utf16From(std::u32string_view text) {
+  std::u16string units;
+  units.reserve(text.size());
+  for (const char32_t character : text) {
+    if (character != kNoCharacter) {
+      AppendUtf16(character, units);
+    } else if (allOfUnicode_) {
+      units += kReplacement;
+      ++unmappable_;
+    } else {
+      units += kLoneSurrogate;
+    }
+  }
+  return units;
+}
+
 std::size_t IcuStreamCodec::Encode(std::u32string_view text, std::string& bytes) {
-  unmappable_.count = 0;
+  if (text.empty()) return 0;  // ISO-2022-KR would begin with its header
+  unmappable_ = 0;
   ucnv_resetFromUnicode(converter_.get());
   for (; text.size() > kMostAtOnce; text.remove_prefix(kMostAtOnce)) {
     ConvertBack(Utf16From(text.substr(0, kMostAtOnce)), false, bytes);
   }
   ConvertBack(Utf16From(text), true, bytes);
-  return unmappable_.count;
+  return unmappable_;
 }
 
 }  // namespace kerno

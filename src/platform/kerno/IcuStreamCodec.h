@@ -18,12 +18,7 @@ class IcuStreamCodec : public PageCodec {
   std::size_t Encode(std::u32string_view text, std::string& bytes) override;
 
  private:
-  // What ICU's callbacks know of the codec.
-  struct Report {
-    std::size_t count = 0;  // malformed parts, or characters that the page lacks
-    bool writeReplacement = false;
-  };
-
+  // What ICU calls; `context` is the counter.
   static void OnMalformed(const void* context, UConverterToUnicodeArgs* args, const char* part,
                           int32_t length, UConverterCallbackReason reason, UErrorCode* error);
   static void OnUnmappable(const void* context, UConverterFromUnicodeArgs* args, const UChar* units,
@@ -33,14 +28,18 @@ class IcuStreamCodec : public PageCodec {
   bool BetweenCharacters() const;
   std::size_t StretchForIcu(std::string_view bytes) const;
   void Convert(std::string_view bytes, bool last, std::string& utf8);
+  std::u16string Utf16From(std::u32string_view text);
   void ConvertBack(std::u16string_view units, bool last, std::string& bytes);
   void AppendUnits(const UChar* units, std::size_t count, std::string& utf8);
   void DropHeldSurrogate(std::string& utf8);
 
-  Report malformed_;
-  Report unmappable_;
+  // Of the call that is under way.
+  std::size_t malformed_ = 0;
+  std::size_t unmappable_ = 0;
+
   IcuConverter converter_;
   bool ascii_;
+  bool allOfUnicode_;
   UChar heldSurrogate_ = 0;  // a leading one at the end of ICU's last output, or 0
 };
 

@@ -80,15 +80,6 @@ constexpr LanguageDriver kLanguageDrivers[] = {
     {0xCA, 1254},   // Turkish Windows
     {0xCB, 1253},   // Greek Windows
     {0xCC, 1257},   // Baltic Windows
-    {0x56, 932},    // Japanese, dictionary sort (Borland)
-    {0x5E, 437},    // FoxPro German
-    {0x5F, 437},    // FoxPro Nordic
-    {0x60, 850},    // FoxPro Nordic
-    {0x61, 1252},   // FoxPro German ANSI
-    {0x62, 1252},   // FoxPro Nordic ANSI
-    {0x85, 862},    // Hebrew DOS (Borland)
-    {0x9B, 1250},   // FoxPro Czech Windows
-    {0x9C, 850},    // FoxPro Czech DOS
 };
 
 constexpr int kUnknown = -1;

@@ -12,8 +12,7 @@ struct Correction {
   char32_t character;
 };
 
-// Ascending by number within each group. Source: Unicode Consortium, vendor mappings "MICSFT/PC"
-// and "MICSFT/WindowsBestFit".
+// Source: Unicode Consortium, vendor mappings "MICSFT" (PC, EBCDIC, MAC, WindowsBestFit).
 constexpr Correction kCorrections[] = {
     // The micro sign, where ICU has the Greek letter mu.
     {437, 0xE6, 0x00B5},
@@ -40,6 +39,24 @@ constexpr Correction kCorrections[] = {
     {864, 0xF1, 0x0651},  // shadda that combines
     {869, 0x88, 0x00B7},  // middle dot
     {869, 0xEF, 0x0384},  // Greek tonos
+
+    {1026, 0x9A, 0x00AA},   // feminine ordinal, where ICU has the lira sign of 2012
+    {20424, 0xB3, 0x00B7},  // middle dot, where ICU has the bullet
+    {20424, 0xBC, 0x00AF},  // macron, where ICU has the overline
+
+    // Icelandic Macintosh: glibc's table has Croatian letters and signs of other pages.
+    {10079, 0xA0, 0x00DD},
+    {10079, 0xC6, 0x2206},
+    {10079, 0xD0, 0x2013},
+    {10079, 0xD1, 0x2014},
+    {10079, 0xD7, 0x25CA},
+    {10079, 0xDB, 0x20AC},
+    {10079, 0xDC, 0x00D0},
+    {10079, 0xDD, 0x00F0},
+    {10079, 0xE0, 0x00FD},
+    {10079, 0xF0, 0xF8FF},
+    {10079, 0xF6, 0x02C6},
+    {10079, 0xF7, 0x02DC},
 
     {1361, 0x5C, 0x005C},  // backslash, where glibc has the won sign
 

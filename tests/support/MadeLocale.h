@@ -70,7 +70,7 @@ class MadeLocales {
             const std::string& extra = "") const {
     const auto charmap = folder_.Path() / (name + ".charmap");
     const auto source = folder_.Path() / (name + ".source");
-    std::ofstream(charmap) << "<code_set_name> " << charset << "\n<mb_cur_max> "
+    std::ofstream(charmap) << "<code_set_name> " << charset << "\n<mb_cur_min> 1\n<mb_cur_max> "
                            << (charset == "UTF-8" ? 6 : 1)
                            << "\n<comment_char> %\n<escape_char> /\nCHARMAP\n"
                               "<U0000>..<U007F> /x00 ASCII\n"

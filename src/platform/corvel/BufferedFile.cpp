@@ -1,5 +1,3 @@
-#include <corvel/BufferedFile.h>
-
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
@@ -7,6 +5,7 @@
 #include <limits>
 #include <string_view>
 
+#include <corvel/BufferedFile.h>
 #include <corvel/Exception.h>
 #include <corvel/Text.h>
 
@@ -194,8 +193,8 @@ std::size_t CBufferedFile::ReadDirectly(unsigned char* to, std::size_t count) {
 // Where to read when `wanted` bytes are needed at `position`, and, in readAhead_, how much.
 //
 // Behind the last window a caller reads on: each window is twice as large as the one before. In
-// front of it a caller reads backward: the window then ends with the bytes that are needed. Anywhere
-// else only a page is read, since nothing tells what comes next.
+// front of it a caller reads backward: the window then ends with the bytes that are needed.
+// Anywhere else only a page is read, since nothing tells what comes next.
 long long CBufferedFile::WindowStartFor(long long position, std::size_t wanted) {
   const auto size = static_cast<long long>(kBufferSize);
   const bool onward = position == lastEnd_;
@@ -365,8 +364,9 @@ bool CBufferedFile::ReadString(std::string& line) {
       const std::size_t available = filled_ - cursor_;
       const void* feed = available == 0 ? nullptr : std::memchr(from, '\n', available);
       const std::size_t length =
-          feed == nullptr ? available
-                          : static_cast<std::size_t>(static_cast<const unsigned char*>(feed) - from);
+          feed == nullptr
+              ? available
+              : static_cast<std::size_t>(static_cast<const unsigned char*>(feed) - from);
       line.append(reinterpret_cast<const char*>(from), length);
       cursor_ += length;
       any = any || length > 0;

@@ -1,7 +1,6 @@
-#include <corvel/Exception.h>
-
 #include <utility>
 
+#include <corvel/Exception.h>
 #include <corvel/Logger.h>
 #include <corvel/Text.h>
 

@@ -1,17 +1,15 @@
-#include <win32/WinApi.h>
-
-#include <fcntl.h>
-#include <langinfo.h>
-#include <strings.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <chrono>
 #include <cwchar>
+#include <fcntl.h>
+#include <langinfo.h>
 #include <string>
 #include <string_view>
+#include <strings.h>
+#include <unistd.h>
 
 #include <win32/Utf8.h>
+#include <win32/WinApi.h>
 
 namespace {
 

@@ -77,9 +77,12 @@ coverage: ## Count the lines that the tests run, into build/coverage/report
 	  --html-details $(BUILD)/coverage/report/index.html $(BUILD)/coverage
 
 docs: ## Write the API reference to build/docs
-	$(need) docs
+	$(need) build docs
+	$(configure) user
 	mkdir -p $(BUILD)/docs
-	doxygen docs/Doxyfile
+	views=$$(echo $(BUILD)/user/headers/*) && \
+	  (cat docs/Doxyfile && echo "INPUT += $$views" && echo "STRIP_FROM_PATH = $$views" && \
+	   echo "STRIP_FROM_INC_PATH = $$views") | doxygen -
 
 install: build ## Install under PREFIX (/usr/local)
 	cmake --install $(BUILD)/user --prefix $(PREFIX)

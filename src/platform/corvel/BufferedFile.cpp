@@ -19,9 +19,9 @@ constexpr const char* kModule = "corvel";
 constexpr const char* kFile = "BufferedFile";
 
 // Large enough that system calls cost little, small enough to stay in a processor's cache.
-constexpr std::size_t kBufferSize = 64 * 1024;
+constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
 // What is read at a place that nothing announced: one page.
-constexpr std::size_t kSmallestRead = 4 * 1024;
+constexpr std::size_t kSmallestRead = std::size_t{4} * 1024;
 
 template <typename Char>
 bool ParseMode(const Char* text, FileMode& mode) {

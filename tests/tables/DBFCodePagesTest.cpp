@@ -74,7 +74,7 @@ TEST_F(CPGFileReadTest, WantsTheWholeNameAndNothingElse) {
   for (const auto& known : kNames) {
     const std::string name = known.name;
     for (const std::string& wrong :
-         {name + " ", " " + name, name + "0", "x" + name, name.substr(0, name.size() - 1) + "!",
+         {name + " ", " " + name, name + "9", "x" + name, name.substr(0, name.size() - 1) + "!",
           name + "\t", name + "\r ", "\"" + name + "\""}) {
       EXPECT_EQ(Read(wrong), 0) << testing::PrintToString(wrong);
     }
@@ -172,6 +172,13 @@ TEST_F(CPGFileReadTest, TakesTheLineEndOff) {
   EXPECT_EQ(Read("UTF-8 \r\n"), 0);
   EXPECT_EQ(Read("UTF-8\rx\r\n"), 0);
   EXPECT_EQ(Read("\rUTF-8\r\n"), 0);
+}
+
+// Narrow text ends at a NUL, for a name as for a number.
+TEST_F(CPGFileReadTest, EndsTheTextAtANul) {
+  EXPECT_EQ(Read("UTF-8\0junk"sv), 65001);
+  EXPECT_EQ(Read("1252\0junk"sv), 1252);
+  EXPECT_EQ(Read("UTF\0-8"sv), 0);
 }
 
 TEST_F(CPGFileReadTest, DoesNotSkipAByteOrderMark) {

@@ -18,8 +18,14 @@ function(trovan_public_headers target namespace)
     set_property(TARGET ${target} APPEND PROPERTY TROVAN_PUBLIC_HEADERS "${namespace}/${name}")
   endforeach()
   set_property(GLOBAL APPEND PROPERTY TROVAN_HEADER_TARGETS ${target})
-  target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${view}>"
-                                              "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL "INTERFACE_LIBRARY")
+    set(scope INTERFACE)
+  else()
+    set(scope PUBLIC)
+  endif()
+  target_include_directories(${target} ${scope}
+    "$<BUILD_INTERFACE:${view}>" "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
   install(FILES ${ARGN} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${namespace}")
 endfunction()
 
@@ -46,8 +52,11 @@ function(trovan_family name)
   set(target trovan_${name})
   add_library(${target} OBJECT ${arg_SOURCES})
   trovan_public_headers(${target} trovan ${arg_HEADERS})
+  # The mark of what libtrovan exports belongs to the whole, and every family needs it.
+  target_include_directories(${target} PUBLIC
+    "$<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/headers/trovan>")
   target_compile_definitions(${target} PRIVATE TROVAN_BUILDING)
-  target_link_libraries(${target} PUBLIC ${arg_PUBLIC}
+  target_link_libraries(${target} PUBLIC trovan_export ${arg_PUBLIC}
                                   PRIVATE ${arg_PRIVATE} $<BUILD_INTERFACE:trovan_dev>)
   set_property(GLOBAL APPEND PROPERTY TROVAN_FAMILIES ${target})
 endfunction()

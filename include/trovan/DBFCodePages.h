@@ -23,8 +23,8 @@ namespace trovan {
 // large ones too. Text after a number is ignored; text after a name is not, nor is a blank.
 TROVAN_API int CPGFileRead(const std::wstring& path);
 
-// Writes the ".cpg" file of `path`, one line: "UTF-8" for 65001, the process's ANSI code page for 0,
-// else the number. A file that is there is replaced.
+// Writes the ".cpg" file of `path`, one line: "UTF-8" for 65001, the process's ANSI code page for
+// 0, else the number. A file that is there is replaced.
 //
 // Raises corvel::Exception when the file cannot be created or written.
 TROVAN_API void CPGFileWrite(const std::wstring& path, int codePage);

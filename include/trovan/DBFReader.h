@@ -35,7 +35,8 @@ struct DBF_FIELDINFO {
 // - The number of fields follows from the header length alone, not from the terminator. A header
 //   without room for the terminator loses its last field; further bytes in the header (the 263-byte
 //   back link of some programs) come out as fields.
-// - A record is delivered from behind its deletion flag, and ends with the deletion flag of the next
+// - A record is delivered from behind its deletion flag, and ends with the deletion flag of the
+// next
 //   record. Deleted records are delivered like others.
 // - Offsets are formed in 32 bits: records and memos that lie beyond 2 GiB are out of reach.
 class TROVAN_API CDBFReader {
@@ -99,8 +100,8 @@ class TROVAN_API CDBFReader {
   // RecordSize().
   DBFError EnumRecord(unsigned int index, void* buffer, unsigned int size);
 
-  // Fills `buffer` with the text of the memo that begins at `block`, and a NUL. Blocks have 64 bytes
-  // in a ".fpt" file and 512 in a ".dbt" file, whatever the file says.
+  // Fills `buffer` with the text of the memo that begins at `block`, and a NUL. Blocks have 64
+  // bytes in a ".fpt" file and 512 in a ".dbt" file, whatever the file says.
   //
   // Deliberate: the text ends at a NUL byte, at the end of the file, at `size` - 1 bytes, or at as
   // many bytes as the low 16 bits of `size` give with their two bytes swapped, whichever comes

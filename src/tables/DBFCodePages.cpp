@@ -1,5 +1,3 @@
-#include <trovan/DBFCodePages.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -10,6 +8,7 @@
 #include <corvel/Exception.h>
 #include <corvel/Path.h>
 #include <kerno/CodePageInfo.h>
+#include <trovan/DBFCodePages.h>
 #include <win32/WinApi.h>
 
 namespace trovan {
@@ -32,18 +31,21 @@ struct NamedPage {
 
 // The names that ".cpg" files hold. The first match counts; an empty row ends the table.
 constexpr NamedPage kNamedPages[] = {
-    {28591, "ISO 88591"},  {28592, "ISO 88592"},  {28593, "ISO 88593"},  {28594, "ISO 88594"},
-    {28595, "ISO 88595"},  {28596, "ISO 88596"},  {28597, "ISO 88597"},  {28598, "ISO 88598"},
-    {28599, "ISO 88599"},  {28600, "ISO 885910"}, {28603, "ISO 885913"}, {28605, "ISO 885915"},
-    {65001, "UTF-8"},      {65000, "UTF-7"},      {20127, "US-ASCII"},   {874, "ANSI 874"},
-    {1250, "ANSI 1250"},   {1251, "ANSI 1251"},   {1252, "ANSI 1252"},   {1253, "ANSI 1253"},
-    {1254, "ANSI 1254"},   {1255, "ANSI 1255"},   {1256, "ANSI 1256"},   {1257, "ANSI 1257"},
-    {1258, "ANSI 1258"},   {437, "OEM 437"},      {720, "OEM 720"},      {737, "OEM 737"},
-    {775, "OEM 775"},      {819, "OEM 819"},      {850, "OEM 850"},      {852, "OEM 852"},
-    {855, "OEM 855"},      {857, "OEM 857"},      {858, "OEM 858"},      {860, "OEM 860"},
-    {861, "OEM 861"},      {862, "OEM 862"},      {863, "OEM 863"},      {864, "OEM 864"},
-    {865, "OEM 865"},      {866, "OEM 866"},      {869, "OEM 869"},      {874, "OEM 874"},
-    {0, ""},
+    {28591, "ISO 88591"},  {28592, "ISO 88592"},  {28593, "ISO 88593"},
+    {28594, "ISO 88594"},  {28595, "ISO 88595"},  {28596, "ISO 88596"},
+    {28597, "ISO 88597"},  {28598, "ISO 88598"},  {28599, "ISO 88599"},
+    {28600, "ISO 885910"}, {28603, "ISO 885913"}, {28605, "ISO 885915"},
+    {65001, "UTF-8"},      {65000, "UTF-7"},      {20127, "US-ASCII"},
+    {874, "ANSI 874"},     {1250, "ANSI 1250"},   {1251, "ANSI 1251"},
+    {1252, "ANSI 1252"},   {1253, "ANSI 1253"},   {1254, "ANSI 1254"},
+    {1255, "ANSI 1255"},   {1256, "ANSI 1256"},   {1257, "ANSI 1257"},
+    {1258, "ANSI 1258"},   {437, "OEM 437"},      {720, "OEM 720"},
+    {737, "OEM 737"},      {775, "OEM 775"},      {819, "OEM 819"},
+    {850, "OEM 850"},      {852, "OEM 852"},      {855, "OEM 855"},
+    {857, "OEM 857"},      {858, "OEM 858"},      {860, "OEM 860"},
+    {861, "OEM 861"},      {862, "OEM 862"},      {863, "OEM 863"},
+    {864, "OEM 864"},      {865, "OEM 865"},      {866, "OEM 866"},
+    {869, "OEM 869"},      {874, "OEM 874"},      {0, ""},
 };
 
 constexpr char ToLowerAscii(char c) {
@@ -67,8 +69,9 @@ int PageOfName(std::string_view name) {
 
 constexpr bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-// Reads the number at the start of `text` as strtol does where a long has 32 bits: blanks and a sign
-// may precede it, anything may follow. Nothing when there is no digit or the value does not fit.
+// Reads the number at the start of `text` as strtol does where a long has 32 bits: blanks and a
+// sign may precede it, anything may follow. Nothing when there is no digit or the value does not
+// fit.
 std::optional<int> LeadingNumber(std::string_view text) {
   std::size_t at = 0;
   while (at < text.size() && IsSpace(text[at])) ++at;
@@ -139,7 +142,8 @@ int CodePageForDBFTranslation(const std::wstring& path, unsigned char langID) {
   }
   const int fallback = static_cast<int>(known.GetPageNumberByIndex(index));
   const int named = CPGFileRead(shapefile);
-  if (named != kNoCodePage && named <= kLargestCodePage && known.GetIndexFromPageNumber(named, index)) {
+  if (named != kNoCodePage && named <= kLargestCodePage &&
+      known.GetIndexFromPageNumber(named, index)) {
     return named;
   }
   return PageOfLanguage(langID, fallback);

@@ -1,10 +1,9 @@
-#include <trovan/DBFReader.h>
-
 #include <algorithm>
 #include <cstring>
 
 #include <corvel/Exception.h>
 #include <corvel/Path.h>
+#include <trovan/DBFReader.h>
 
 #include "DBFLayout.h"
 
@@ -45,7 +44,8 @@ struct TableExtent {
     constexpr std::uint32_t kShortestHeader = 64;
     return recordLength >= kShortestRecord && recordLength <= kLongestRecord &&
            headerLength >= kShortestHeader &&
-           static_cast<std::int32_t>(headerLength + recordLength) <= static_cast<std::int32_t>(size);
+           static_cast<std::int32_t>(headerLength + recordLength) <=
+               static_cast<std::int32_t>(size);
   }
 
   bool SlackIsSmall(std::uint32_t size) const {

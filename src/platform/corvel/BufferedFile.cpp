@@ -1,5 +1,3 @@
-#include <corvel/BufferedFile.h>
-
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
@@ -8,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include <corvel/BufferedFile.h>
 #include <corvel/Exception.h>
 #include <corvel/Text.h>
 
@@ -20,9 +19,9 @@ constexpr const char* kModule = "corvel";
 constexpr const char* kFile = "BufferedFile";
 
 // Large enough that system calls cost little, small enough to stay in a processor's cache.
-constexpr std::size_t kBufferSize = 64 * 1024;
+constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
 // What is read at a place that nothing announced: one page.
-constexpr std::size_t kSmallestRead = 4 * 1024;
+constexpr std::size_t kSmallestRead = std::size_t{4} * 1024;
 
 template <typename Char>
 bool ParseMode(const Char* text, FileMode& mode) {
@@ -200,8 +199,8 @@ std::size_t CBufferedFile::ReadDirectly(unsigned char* to, std::size_t count) {
 // Where to read when `wanted` bytes are needed at `position`, and, in readAhead_, how much.
 //
 // Behind the last window a caller reads on: each window is twice as large as the one before. In
-// front of it a caller reads backward: the window then ends with the bytes that are needed. Anywhere
-// else only a page is read, since nothing tells what comes next.
+// front of it a caller reads backward: the window then ends with the bytes that are needed.
+// Anywhere else only a page is read, since nothing tells what comes next.
 long long CBufferedFile::WindowStartFor(long long position, std::size_t wanted) {
   const auto size = static_cast<long long>(kBufferSize);
   const bool onward = position == lastEnd_;
@@ -372,8 +371,9 @@ bool CBufferedFile::ReadString(std::string& line) {
       const std::size_t available = filled_ - cursor_;
       const void* feed = available == 0 ? nullptr : std::memchr(from, '\n', available);
       const std::size_t length =
-          feed == nullptr ? available
-                          : static_cast<std::size_t>(static_cast<const unsigned char*>(feed) - from);
+          feed == nullptr
+              ? available
+              : static_cast<std::size_t>(static_cast<const unsigned char*>(feed) - from);
       line.append(reinterpret_cast<const char*>(from), length);
       cursor_ += length;
       any = any || length > 0;

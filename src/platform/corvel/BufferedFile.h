@@ -39,10 +39,10 @@ struct FileMode;
 // buffer goes straight between the file and the caller's memory. A file that is only read forward,
 // backward or here and there costs about one system call for each stretch that it needs.
 //
-// Every failure of the system (a read, a write, a close) is raised as a corvel::Exception that names
-// the path and the system's reason; so is every operation on a closed file, but for the few that say
-// otherwise. A pipe can be read or written from front to back; seeking and asking for the length
-// raise there.
+// Every failure of the system (a read, a write, a close) is raised as a corvel::Exception that
+// names the path and the system's reason; so is every operation on a closed file, but for the few
+// that say otherwise. A pipe can be read or written from front to back; seeking and asking for the
+// length raise there.
 //
 // One thread at a time.
 class CORVEL_API CBufferedFile {

@@ -1,7 +1,6 @@
-#include <corvel/Exception.h>
-
 #include <utility>
 
+#include <corvel/Exception.h>
 #include <corvel/Logger.h>
 #include <corvel/Text.h>
 
@@ -35,6 +34,8 @@ Exception::Exception(std::string module, std::string file, int line, std::string
       line_(line),
       message_(std::move(message)),
       reported_(reported) {}
+
+Exception::~Exception() = default;
 
 void Throw_ERR_CORVEL_BAD_PARAMETER(const char* module, const char* file, int line) {
   throw Exception(module, file, line, "Bad parameter", false);

@@ -11,8 +11,19 @@
 namespace corvel {
 namespace {
 
-enum class Size { kDefault, kChar, kShort, kLong, kLongLong, kInt32, kIntMax, kSize, kPtrDiff,
-                  kLongDouble, kWide };
+enum class Size {
+  kDefault,
+  kChar,
+  kShort,
+  kLong,
+  kLongLong,
+  kInt32,
+  kIntMax,
+  kSize,
+  kPtrDiff,
+  kLongDouble,
+  kWide
+};
 
 // One conversion of a format: %[flags][width][.precision][size]type.
 struct Conversion {
@@ -68,10 +79,10 @@ Size ReadSize(const wchar_t*& at) {
   };
   // Longer prefixes first.
   constexpr Prefix kPrefixes[] = {
-      {L"hh", Size::kChar},      {L"h", Size::kShort},    {L"ll", Size::kLongLong},
-      {L"l", Size::kLong},       {L"I64", Size::kLongLong}, {L"I32", Size::kInt32},
-      {L"I", Size::kSize},       {L"j", Size::kIntMax},   {L"z", Size::kSize},
-      {L"t", Size::kPtrDiff},    {L"L", Size::kLongDouble}, {L"w", Size::kWide},
+      {L"hh", Size::kChar},   {L"h", Size::kShort},      {L"ll", Size::kLongLong},
+      {L"l", Size::kLong},    {L"I64", Size::kLongLong}, {L"I32", Size::kInt32},
+      {L"I", Size::kSize},    {L"j", Size::kIntMax},     {L"z", Size::kSize},
+      {L"t", Size::kPtrDiff}, {L"L", Size::kLongDouble}, {L"w", Size::kWide},
   };
   for (const Prefix& prefix : kPrefixes) {
     if (Skip(at, prefix.text)) return prefix.size;
@@ -174,9 +185,10 @@ bool AppendNumber(std::wstring& out, const Conversion& conversion, const wchar_t
     out.append(small, static_cast<std::size_t>(length));
     return true;
   }
-  const auto precision = static_cast<std::size_t>(conversion.precision < 0 ? 0
-                                                                          : conversion.precision);
-  std::wstring large(static_cast<std::size_t>(conversion.width) + precision + kLongestNumber, L'\0');
+  const auto precision =
+      static_cast<std::size_t>(conversion.precision < 0 ? 0 : conversion.precision);
+  std::wstring large(static_cast<std::size_t>(conversion.width) + precision + kLongestNumber,
+                     L'\0');
   length = std::swprintf(large.data(), large.size(), format.c_str(), conversion.width,
                          conversion.precision, value);
   if (length < 0) return false;

@@ -1,11 +1,10 @@
-#include <corvel/Logger.h>
-
 #include <cstdarg>
 #include <utility>
 
 #include <spdlog/logger.h>
 #include <spdlog/sinks/stdout_sinks.h>
 
+#include <corvel/Logger.h>
 #include <corvel/Text.h>
 
 namespace corvel {

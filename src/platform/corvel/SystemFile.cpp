@@ -1,12 +1,11 @@
 #include "SystemFile.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <limits>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <corvel/Path.h>
 
@@ -30,9 +29,8 @@ int OpenFlags(const FileMode& mode) {
 // Bytes that one call may move at `offset`, so that no position leaves the range of the system.
 std::size_t TransferSize(long long offset, std::size_t count) {
   const auto room = static_cast<unsigned long long>(std::numeric_limits<long long>::max() - offset);
-  return static_cast<std::size_t>(
-      std::min({static_cast<unsigned long long>(count), room,
-                static_cast<unsigned long long>(kLargestTransfer)}));
+  return static_cast<std::size_t>(std::min({static_cast<unsigned long long>(count), room,
+                                            static_cast<unsigned long long>(kLargestTransfer)}));
 }
 
 }  // namespace
@@ -44,7 +42,8 @@ SystemFile::~SystemFile() {
 std::error_code SystemFile::Open(const std::wstring& path, const FileMode& mode,
                                  FileSharing /*sharing*/) {
   const std::string name = PathToSystem(path);
-  if (name.find('\0') != std::string::npos) return std::make_error_code(std::errc::invalid_argument);
+  if (name.find('\0') != std::string::npos)
+    return std::make_error_code(std::errc::invalid_argument);
   int descriptor = -1;
   do {
     descriptor = ::open(name.c_str(), OpenFlags(mode), 0666);

@@ -14,9 +14,9 @@ namespace corvel {
 struct FileMode {
   bool read = false;
   bool write = false;
-  bool create = false;    // makes the file if there is none
-  bool truncate = false;  // empties the file if there is one
-  bool atEnd = false;     // starts at the end
+  bool create = false;     // makes the file if there is none
+  bool truncate = false;   // empties the file if there is one
+  bool atEnd = false;      // starts at the end
   bool mustBeNew = false;  // refuses a file that exists
 };
 
@@ -32,7 +32,8 @@ class SystemFile {
   // REQUIRES: the object is closed.
   std::error_code Open(const std::wstring& path, const FileMode& mode, FileSharing sharing);
 
-  // Closes, whatever it returns. The error may be that of an earlier write which the system delayed.
+  // Closes, whatever it returns. The error may be that of an earlier write which the system
+  // delayed.
   std::error_code Close();
 
   // Pipes and terminals have no positions: offsets are ignored there.

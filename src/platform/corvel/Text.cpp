@@ -1,5 +1,4 @@
 #include <corvel/Text.h>
-
 #include <win32/Utf8.h>
 
 namespace corvel {

@@ -1,17 +1,15 @@
-#include <win32/WinApi.h>
-
-#include <fcntl.h>
-#include <langinfo.h>
-#include <strings.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <chrono>
 #include <cwchar>
+#include <fcntl.h>
+#include <langinfo.h>
 #include <string>
 #include <string_view>
+#include <strings.h>
+#include <unistd.h>
 
 #include <win32/Utf8.h>
+#include <win32/WinApi.h>
 
 namespace {
 
@@ -25,17 +23,14 @@ constexpr UINT kWesternEuropean = 1252;
 // The character sets of the locales that GNU and BSD systems offer. Plain ASCII, the set of the "C"
 // locale, is left out: it says nothing about the user's letters.
 constexpr CharacterSet kCharacterSets[] = {
-    {"UTF-8", 65001},       {"ISO-8859-1", 28591},  {"ISO-8859-2", 28592},
-    {"ISO-8859-3", 28593},  {"ISO-8859-4", 28594},  {"ISO-8859-5", 28595},
-    {"ISO-8859-6", 28596},  {"ISO-8859-7", 28597},  {"ISO-8859-8", 28598},
-    {"ISO-8859-9", 28599},  {"ISO-8859-13", 28603}, {"ISO-8859-15", 28605},
-    {"KOI8-R", 20866},      {"KOI8-U", 21866},      {"CP1250", 1250},
-    {"CP1251", 1251},       {"CP1252", 1252},       {"CP1253", 1253},
-    {"CP1254", 1254},       {"CP1255", 1255},       {"CP1256", 1256},
-    {"CP1257", 1257},       {"CP1258", 1258},       {"TIS-620", 874},
-    {"SHIFT_JIS", 932},     {"GBK", 936},           {"GB2312", 936},
-    {"EUC-KR", 51949},      {"BIG5", 950},          {"EUC-JP", 51932},
-    {"GB18030", 54936},     {"JOHAB", 1361},
+    {"UTF-8", 65001},      {"ISO-8859-1", 28591}, {"ISO-8859-2", 28592},  {"ISO-8859-3", 28593},
+    {"ISO-8859-4", 28594}, {"ISO-8859-5", 28595}, {"ISO-8859-6", 28596},  {"ISO-8859-7", 28597},
+    {"ISO-8859-8", 28598}, {"ISO-8859-9", 28599}, {"ISO-8859-13", 28603}, {"ISO-8859-15", 28605},
+    {"KOI8-R", 20866},     {"KOI8-U", 21866},     {"CP1250", 1250},       {"CP1251", 1251},
+    {"CP1252", 1252},      {"CP1253", 1253},      {"CP1254", 1254},       {"CP1255", 1255},
+    {"CP1256", 1256},      {"CP1257", 1257},      {"CP1258", 1258},       {"TIS-620", 874},
+    {"SHIFT_JIS", 932},    {"GBK", 936},          {"GB2312", 936},        {"EUC-KR", 51949},
+    {"BIG5", 950},         {"EUC-JP", 51932},     {"GB18030", 54936},     {"JOHAB", 1361},
 };
 
 // Sixteen bits, never 0, as different from other callers' as a clock and a process number allow.
@@ -44,9 +39,10 @@ UINT FirstNumber() {
   return (static_cast<UINT>(ticks) ^ static_cast<UINT>(::getpid()) * 40503U) & 0xFFFFU;
 }
 
+// REQUIRES: `folder` is not empty.
 std::wstring TempName(std::wstring_view folder, std::wstring_view prefix, UINT number) {
   std::wstring name(folder);
-  if (name.empty() || name.back() != L'/') name += L'/';
+  if (name.back() != L'/') name += L'/';
   name += prefix.substr(0, 3);
   constexpr wchar_t kDigits[] = L"0123456789abcdef";
   for (int shift = 12; shift >= 0; shift -= 4) {
@@ -83,6 +79,10 @@ UINT GetTempFileNameW(const wchar_t* path, const wchar_t* prefix, UINT unique, w
   constexpr UINT kNumbers = 0xFFFF;
   if (path == nullptr || name == nullptr) {
     errno = EINVAL;
+    return 0;
+  }
+  if (*path == L'\0') {
+    errno = ENOENT;
     return 0;
   }
   if (std::wcslen(path) > kLongestFolder) {

@@ -1,0 +1,61 @@
+#include "Tool.h"
+
+#include <cstdio>
+#include <exception>
+#include <functional>
+#include <new>
+
+#include <CLI/CLI.hpp>
+
+#include <corvel/Console.h>
+
+#include "StandardOutput.h"
+#include "table/TableCommand.h"
+
+namespace trovan::tool {
+namespace {
+
+int Fail(const char* reason) {
+  std::fprintf(stderr, "trovan: %s\n", reason);
+  return kFailed;
+}
+
+// Parsing has happened; does what it asked for.
+int Work(const std::function<int()>& work) {
+  try {
+    return work();
+  } catch (const ClosedPipe&) {
+    return kDone;  // whoever reads the output has seen enough
+  } catch (const Interrupted&) {
+    return kInterrupted;
+  } catch (const std::bad_alloc&) {
+    return Fail("out of memory");
+  } catch (const std::exception& error) {
+    return Fail(error.what());
+  }
+}
+
+}  // namespace
+
+int Run(int argc, char** argv) {
+  corvel::WatchForInterrupt();
+  CLI::App app("Reads what map filters read: attribute tables and, later, drawings and grids.");
+  app.name("trovan");
+  app.set_version_flag("--version", "trovan " TROVAN_VERSION);
+  app.require_subcommand(1);
+  app.footer("Exit codes: 0 done, 1 failed or done in part, 2 wrong arguments, 130 interrupted.");
+
+  std::function<int()> work;
+  AddTableCommand(app, work);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& wanted) {  // --help, --version
+    return app.exit(wanted);
+  } catch (const CLI::ParseError& error) {
+    app.exit(error);
+    return kBadUsage;
+  }
+  return Work(work);
+}
+
+}  // namespace trovan::tool

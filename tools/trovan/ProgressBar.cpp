@@ -5,7 +5,7 @@
 #include <unistd.h>
 #include <utility>
 
-#include "Interrupt.h"
+#include <corvel/Console.h>
 
 namespace trovan::tool {
 namespace {
@@ -19,7 +19,8 @@ constexpr int kWidth = 40;
 
 ProgressBar::ProgressBar(std::string title)
     : title_(std::move(title)),
-      watched_(isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0),
+      watched_(corvel::IsTerminal(corvel::StandardStream::kError) &&
+               !corvel::IsTerminal(corvel::StandardStream::kOutput)),
       next_(std::chrono::steady_clock::now() + kPatience) {}
 
 ProgressBar::~ProgressBar() {
@@ -34,7 +35,7 @@ bool ProgressBar::Update(double fraction) {
       next_ = now + kInterval;
     }
   }
-  return !WasInterrupted();
+  return !corvel::WasInterrupted();
 }
 
 void ProgressBar::Draw(double fraction) {

@@ -7,7 +7,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Interrupt.h"
+#include <corvel/Console.h>
+
 #include "StandardOutput.h"
 #include "table/TableCommand.h"
 
@@ -37,7 +38,7 @@ int Work(const std::function<int()>& work) {
 }  // namespace
 
 int Run(int argc, char** argv) {
-  WatchForInterrupt();
+  corvel::WatchForInterrupt();
   CLI::App app("Reads what map filters read: attribute tables and, later, drawings and grids.");
   app.name("trovan");
   app.set_version_flag("--version", "trovan " TROVAN_VERSION);

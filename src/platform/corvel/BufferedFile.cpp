@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include <corvel/BufferedFile.h>
 #include <corvel/Exception.h>
@@ -18,9 +19,9 @@ constexpr const char* kModule = "corvel";
 constexpr const char* kFile = "BufferedFile";
 
 // Large enough that system calls cost little, small enough to stay in a processor's cache.
-constexpr std::size_t kBufferSize = 64 * 1024;
+constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
 // What is read at a place that nothing announced: one page.
-constexpr std::size_t kSmallestRead = 4 * 1024;
+constexpr std::size_t kSmallestRead = std::size_t{4} * 1024;
 
 template <typename Char>
 bool ParseMode(const Char* text, FileMode& mode) {
@@ -93,11 +94,13 @@ void CBufferedFile::RequireWritable() const {
 
 void CBufferedFile::Open(const std::wstring& path, const char* mode, FileSharing sharing,
                          bool mustBeNew) {
+  Close();
   OpenFile(path, RequireMode(mode, mustBeNew), sharing);
 }
 
 void CBufferedFile::Open(const std::wstring& path, const wchar_t* mode, FileSharing sharing,
                          bool mustBeNew) {
+  Close();
   OpenFile(path, RequireMode(mode, mustBeNew), sharing);
 }
 
@@ -122,13 +125,16 @@ bool CBufferedFile::OpenNoThrow(const std::wstring& path, const wchar_t* mode, F
 }
 
 void CBufferedFile::OpenFile(const std::wstring& path, const FileMode& mode, FileSharing sharing) {
-  Close();
   path_ = path;
   auto file = std::make_unique<SystemFile>();
+  // Before the file, which is emptied by some modes: too little memory must not cost its bytes.
+  if (buffer_ == nullptr) buffer_ = std::make_unique<unsigned char[]>(kBufferSize);
   if (const std::error_code error = file->Open(path, mode, sharing)) {
     Fail("Cannot open", error.message(), __LINE__);
   }
-  if (buffer_ == nullptr) buffer_ = std::make_unique<unsigned char[]>(kBufferSize);
+  if (mode.read && mode.write && !file->HasPositions()) {
+    Fail("Cannot open", "what is no file on a disk goes one way only", __LINE__);
+  }
   long long start = 0;
   if (mode.atEnd && file->HasPositions()) {
     std::error_code error;
@@ -210,15 +216,20 @@ long long CBufferedFile::WindowStartFor(long long position, std::size_t wanted) 
 bool CBufferedFile::FillWindow(std::size_t wanted) {
   Flush();
   const long long position = windowStart_ + static_cast<long long>(cursor_);
-  const long long start = WindowStartFor(position, wanted);
+  long long start = WindowStartFor(position, wanted);
   std::error_code error;
-  const std::size_t got = file_->ReadSome(start, buffer_.get(), readAhead_, error);
+  std::size_t got = file_->ReadSome(start, buffer_.get(), readAhead_, error);
+  if (!error && start < position && got <= static_cast<std::size_t>(position - start)) {
+    // The system may give less than it has; only nothing at the position itself is the end.
+    start = position;
+    got = file_->ReadSome(start, buffer_.get(), readAhead_, error);
+  }
   if (error) {
     RestartWindow(position);
     Fail("Cannot read", error.message(), __LINE__);
   }
   const auto cursor = static_cast<std::size_t>(position - start);
-  if (got <= cursor) {
+  if (got == 0) {
     RestartWindow(position);
     return false;
   }
@@ -233,6 +244,7 @@ bool CBufferedFile::FillWindow(std::size_t wanted) {
 
 void CBufferedFile::WriteBytes(const void* bytes, std::size_t count) {
   RequireWritable();
+  if (count == 0) return;
   if (pushedBack_ >= 0) MoveTo(GetPosition());
   const long long position = windowStart_ + static_cast<long long>(cursor_);
   if (count > static_cast<unsigned long long>(std::numeric_limits<long long>::max() - position)) {
@@ -251,7 +263,6 @@ void CBufferedFile::WriteBytes(const void* bytes, std::size_t count) {
     Flush();
     RestartWindow(position);
   }
-  if (count == 0) return;
   std::memcpy(buffer_.get() + cursor_, bytes, count);
   dirtyBegin_ = HasDirtyBytes() ? dirtyBegin_ : cursor_;
   cursor_ += count;
@@ -335,15 +346,11 @@ int CBufferedFile::GetcSlowly() {
 }
 
 int CBufferedFile::UnGetc(int byte) {
-  RequireOpen(__LINE__);
+  RequireReadable();
   if (byte < 0 || byte > 0xFF || pushedBack_ >= 0 || GetPosition() == 0) return -1;
+  pushedBack_ = byte;
   end_ = false;
-  if (cursor_ > 0 && cursor_ <= filled_ && buffer_[cursor_ - 1] == byte) {
-    --cursor_;
-  } else {
-    pushedBack_ = byte;
-    NoteReadable();
-  }
+  NoteReadable();
   return byte;
 }
 
@@ -386,6 +393,7 @@ bool CBufferedFile::ReadString(std::string& line) {
 
 int CBufferedFile::Printf(const char* format, ...) {
   RequireWritable();
+  if (format == nullptr) Throw_ERR_CORVEL_BAD_PARAMETER(kModule, kFile, __LINE__);
   std::va_list arguments;
   va_start(arguments, format);
   std::va_list again;

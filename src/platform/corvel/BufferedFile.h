@@ -41,7 +41,8 @@ struct FileMode;
 //
 // Every failure of the system (a read, a write, a close) is raised as a corvel::Exception that
 // names the path and the system's reason; so is every operation on a closed file, but for the few
-// that say otherwise. A pipe can be read or written from front to back; only seeking raises there.
+// that say otherwise. A pipe can be read or written from front to back; seeking and asking for the
+// length raise there.
 //
 // One thread at a time.
 class CORVEL_API CBufferedFile {

@@ -35,6 +35,8 @@ Exception::Exception(std::string module, std::string file, int line, std::string
       message_(std::move(message)),
       reported_(reported) {}
 
+Exception::~Exception() = default;
+
 void Throw_ERR_CORVEL_BAD_PARAMETER(const char* module, const char* file, int line) {
   throw Exception(module, file, line, "Bad parameter", false);
 }

@@ -19,6 +19,11 @@ class CORVEL_API Exception : public std::runtime_error {
   // has been told already, so that whoever catches it need not tell again. All text is UTF-8.
   Exception(std::string module, std::string file, int line, std::string message, bool reported);
 
+  Exception(const Exception&) = default;
+  Exception& operator=(const Exception&) = default;
+  // Not inline: the class's type record then lives in corvel, and not in whoever raises or catches.
+  ~Exception() override;
+
   const std::string& Module() const { return module_; }
   const std::string& File() const { return file_; }
   int Line() const { return line_; }

@@ -1,9 +1,9 @@
+#include <corvel/Matrix.h>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <optional>
-
-#include <corvel/Matrix.h>
 
 namespace corvel {
 namespace {
@@ -126,6 +126,41 @@ std::optional<Mat4d> InverseOfBalanced(Mat4d matrix) {
     }
   }
   return ordered;
+}
+
+// REQUIRES: finite. Nothing if the matrix is singular but for rounding.
+std::optional<Mat4d> InverseOfAny(const Mat4d& matrix) {
+  const std::optional<Balanced> balanced = Balance(matrix);
+  if (!balanced) return std::nullopt;
+  std::optional<Mat4d> inverse = InverseOfBalanced(balanced->matrix);
+  if (!inverse) return std::nullopt;
+  for (int row = 0; row < 4; ++row) {
+    for (int column = 0; column < 4; ++column) {
+      // Rows of the matrix are columns of its inverse.
+      const int exponent = balanced->columnExponent[row] + balanced->rowExponent[column];
+      (*inverse)(row, column) = std::ldexp((*inverse)(row, column), -exponent);
+    }
+  }
+  return inverse;
+}
+
+bool IsAffine(const Mat4d& matrix) {
+  return matrix(0, 3) == 0 && matrix(1, 3) == 0 && matrix(2, 3) == 0 && matrix(3, 3) == 1;
+}
+
+// The translation is undone apart from the rest, so that places far from the origin cost the rest
+// no digits. REQUIRES: affine and finite.
+std::optional<Mat4d> InverseOfAffine(const Mat4d& matrix) {
+  Mat4d linear = matrix;
+  for (int column = 0; column < 3; ++column) linear(3, column) = 0;
+  std::optional<Mat4d> inverse = InverseOfAny(linear);
+  if (!inverse) return std::nullopt;
+  Mat4d& m = *inverse;
+  for (int column = 0; column < 3; ++column) {
+    m(3, column) =
+        -(matrix(3, 0) * m(0, column) + matrix(3, 1) * m(1, column) + matrix(3, 2) * m(2, column));
+  }
+  return inverse;
 }
 
 // The rotation that a quaternion of any length stands for.
@@ -255,18 +290,9 @@ Mat4d operator*(const Mat4d& first, const Mat4d& second) {
 
 bool Mat4d::Inverse() {
   if (!IsFinite(*this)) return false;
-  const std::optional<Balanced> balanced = Balance(*this);
-  if (!balanced) return false;
-  std::optional<Mat4d> inverse = InverseOfBalanced(balanced->matrix);
-  if (!inverse) return false;
-  for (int row = 0; row < 4; ++row) {
-    for (int column = 0; column < 4; ++column) {
-      // Rows of the matrix are columns of its inverse.
-      const int exponent = balanced->columnExponent[row] + balanced->rowExponent[column];
-      (*inverse)(row, column) = std::ldexp((*inverse)(row, column), -exponent);
-    }
-  }
-  if (!IsFinite(*inverse)) return false;
+  const std::optional<Mat4d> inverse =
+      IsAffine(*this) ? InverseOfAffine(*this) : InverseOfAny(*this);
+  if (!inverse || !IsFinite(*inverse)) return false;
   *this = *inverse;
   return true;
 }

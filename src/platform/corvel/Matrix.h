@@ -76,6 +76,8 @@ class CORVEL_API Mat4d {
                   {plane(1, 0), plane(1, 1), 0, 0},
                   {0, 0, 1, 0},
                   {plane(2, 0), plane(2, 1), 0, 1}} {}
+  // Also for what converts to a Mat3d, as a CRectTransformer does.
+  constexpr Mat4d& operator=(const Mat3d& plane) { return *this = Mat4d(plane); }
 
   // REQUIRES: row and column are 0 to 3.
   constexpr double operator()(int row, int column) const { return elements_[row][column]; }

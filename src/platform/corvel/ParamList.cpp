@@ -1,6 +1,6 @@
-#include <algorithm>
-
 #include <corvel/ParamList.h>
+
+#include <algorithm>
 
 namespace corvel {
 namespace {

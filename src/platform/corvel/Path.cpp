@@ -36,6 +36,9 @@ std::size_t ExtensionAt(const std::wstring& path) {
   return none ? path.size() : point;
 }
 
+// No file has such a name, but the system would see only what stands in front of the NUL.
+bool HoldsNul(const std::wstring& path) { return path.find(L'\0') != std::wstring::npos; }
+
 }  // namespace
 
 std::wstring CPath::GetExtension() const { return path_.substr(ExtensionAt(path_)); }
@@ -70,12 +73,14 @@ std::wstring CPath::GetTempPath(bool mustExist) {
 }
 
 bool FileExists(const std::wstring& path) {
+  if (HoldsNul(path)) return false;
   std::error_code error;
   const fs::file_status status = fs::status(SystemPath(path), error);
   return fs::exists(status) && !fs::is_directory(status);
 }
 
 bool RemoveFile(const std::wstring& path) {
+  if (HoldsNul(path)) return false;
   std::error_code error;
   const fs::path file = SystemPath(path);
   const fs::file_status status = fs::symlink_status(file, error);

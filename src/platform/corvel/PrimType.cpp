@@ -1,10 +1,10 @@
+#include <corvel/PrimType.h>
+
 #include <cmath>
 #include <concepts>
 #include <cstdint>
 #include <cstring>
 #include <limits>
-
-#include <corvel/PrimType.h>
 
 namespace corvel {
 namespace {

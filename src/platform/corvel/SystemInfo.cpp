@@ -1,10 +1,11 @@
-#include <cstdlib>
-#include <cstring>
-#include <cwchar>
+#include <corvel/SystemInfo.h>
+
 #include <langinfo.h>
 #include <locale.h>
 
-#include <corvel/SystemInfo.h>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
 
 namespace corvel {
 namespace {

@@ -39,9 +39,10 @@ UINT FirstNumber() {
   return (static_cast<UINT>(ticks) ^ static_cast<UINT>(::getpid()) * 40503U) & 0xFFFFU;
 }
 
+// REQUIRES: `folder` is not empty.
 std::wstring TempName(std::wstring_view folder, std::wstring_view prefix, UINT number) {
   std::wstring name(folder);
-  if (name.empty() || name.back() != L'/') name += L'/';
+  if (name.back() != L'/') name += L'/';
   name += prefix.substr(0, 3);
   constexpr wchar_t kDigits[] = L"0123456789abcdef";
   for (int shift = 12; shift >= 0; shift -= 4) {
@@ -78,6 +79,10 @@ UINT GetTempFileNameW(const wchar_t* path, const wchar_t* prefix, UINT unique, w
   constexpr UINT kNumbers = 0xFFFF;
   if (path == nullptr || name == nullptr) {
     errno = EINVAL;
+    return 0;
+  }
+  if (*path == L'\0') {
+    errno = ENOENT;
     return 0;
   }
   if (std::wcslen(path) > kLongestFolder) {

@@ -19,8 +19,8 @@ WIN32_API UINT GetACP();
 // readable by its owner only, and closed; no other caller can get the same name. With any other
 // `unique` only the name is made, from its low 16 bits: nothing is created or tested.
 //
-// Returns the number, or 0 when `path` is null, is longer than MAX_PATH - 14 characters or cannot
-// take the file (errno tells why). Who gets a file deletes it.
+// Returns the number, or 0 when `path` is null, is empty, is longer than MAX_PATH - 14 characters
+// or cannot take the file (errno tells why); `name` is then as it was. Who gets a file deletes it.
 //
 // REQUIRES: `name` has room for MAX_PATH characters.
 WIN32_API UINT GetTempFileNameW(const wchar_t* path, const wchar_t* prefix, UINT unique,

@@ -1,0 +1,51 @@
+#include <cerrno>
+#include <csignal>
+#include <unistd.h>
+
+#include <corvel/Console.h>
+
+namespace corvel {
+namespace {
+
+volatile std::sig_atomic_t g_interrupted = 0;
+
+extern "C" void NoteInterrupt(int signal) {
+  g_interrupted = 1;
+  std::signal(signal, SIG_DFL);
+}
+
+// Without SA_RESTART: a write that waits for its reader returns.
+void Watch(int signal) {
+  struct sigaction action {};
+  action.sa_handler = NoteInterrupt;
+  sigemptyset(&action.sa_mask);
+  sigaction(signal, &action, nullptr);
+}
+
+}  // namespace
+
+bool IsTerminal(StandardStream stream) {
+  return ::isatty(stream == StandardStream::kOutput ? STDOUT_FILENO : STDERR_FILENO) != 0;
+}
+
+std::error_code WriteStandardOutput(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
+    if (written >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno != EINTR || WasInterrupted()) {
+      return {errno, std::generic_category()};
+    }
+  }
+  return {};
+}
+
+void WatchForInterrupt() {
+  Watch(SIGINT);
+  Watch(SIGTERM);
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool WasInterrupted() { return g_interrupted != 0; }
+
+}  // namespace corvel

@@ -1,0 +1,28 @@
+// What a command-line program needs of the system: its output, its terminal, and Ctrl-C.
+#pragma once
+
+#include <string_view>
+#include <system_error>
+
+#include <corvel/Export.h>
+
+namespace corvel {
+
+enum class StandardStream { kOutput, kError };
+
+// Whether a person watches the stream.
+CORVEL_API bool IsTerminal(StandardStream stream);
+
+// Writes all the bytes to standard output, unbuffered. Returns the system's reason when it cannot:
+// std::errc::broken_pipe when nobody reads the output any more, std::errc::interrupted when
+// WasInterrupted became true while the output waited for its reader.
+CORVEL_API std::error_code WriteStandardOutput(std::string_view bytes);
+
+// From now on Ctrl-C (SIGINT) and SIGTERM are noted instead of ending the program at once; a second
+// one ends it. A closed pipe no longer ends the program either.
+CORVEL_API void WatchForInterrupt();
+
+// Whether one has come.
+CORVEL_API bool WasInterrupted();
+
+}  // namespace corvel

@@ -155,14 +155,14 @@ void CBufferedFile::Write(gsl::not_null<const void*> buffer, std::size_t count) 
   WriteBytes(buffer.get(), count);
 }
 
-std::size_t CBufferedFile::ReadBytes(void* buffer, std::size_t count) {
+std::size_t CBufferedFile::ReadSlowly(void* buffer, std::size_t count) {
   RequireReadable();
   auto* to = static_cast<unsigned char*>(buffer);
   std::size_t got = 0;
   if (pushedBack_ >= 0 && count > 0) {
     to[got++] = static_cast<unsigned char>(pushedBack_);
     pushedBack_ = -1;
-    NoteReadable();
+    NoteWindow();
   }
   for (;;) {
     const std::size_t taken = std::min(count - got, filled_ - cursor_);
@@ -238,7 +238,7 @@ bool CBufferedFile::FillWindow(std::size_t wanted) {
   filled_ = got;
   lastStart_ = start;
   lastEnd_ = start + static_cast<long long>(got);
-  NoteReadable();
+  NoteWindow();
   return true;
 }
 
@@ -268,7 +268,7 @@ void CBufferedFile::WriteBytes(const void* bytes, std::size_t count) {
   cursor_ += count;
   dirtyEnd_ = std::max(dirtyEnd_, cursor_);
   filled_ = std::max(filled_, cursor_);
-  NoteReadable();
+  NoteWindow();
 }
 
 void CBufferedFile::Flush() {
@@ -283,7 +283,7 @@ void CBufferedFile::Flush() {
   dirtyBegin_ = dirtyEnd_ = 0;
 }
 
-long long CBufferedFile::Seek(long long offset, FileOrigin origin) {
+long long CBufferedFile::SeekSlowly(long long offset, FileOrigin origin) {
   RequireOpen(__LINE__);
   if (!file_->HasPositions()) Fail("Cannot seek in", "it is no file on a disk", __LINE__);
   long long base = 0;
@@ -308,7 +308,7 @@ void CBufferedFile::MoveTo(long long position) {
   if (inWindow >= 0 && inWindow <= static_cast<long long>(filled_)) {
     pushedBack_ = -1;
     cursor_ = static_cast<std::size_t>(inWindow);
-    NoteReadable();
+    NoteWindow();
     return;
   }
   Flush();
@@ -321,10 +321,16 @@ void CBufferedFile::RestartWindow(long long position) {
   cursor_ = filled_ = 0;
   dirtyBegin_ = dirtyEnd_ = 0;
   pushedBack_ = -1;
-  NoteReadable();
+  NoteWindow();
 }
 
-void CBufferedFile::NoteReadable() { readable_ = mayRead_ && pushedBack_ < 0 ? filled_ : 0; }
+// Sets the ends of the short roads: whatever changes the window, the pushed-back byte or the file
+// calls this.
+void CBufferedFile::NoteWindow() {
+  const bool plain = file_ != nullptr && pushedBack_ < 0;
+  readable_ = plain && mayRead_ ? filled_ : 0;
+  seekable_ = plain && file_->HasPositions() ? filled_ : 0;
+}
 
 long long CBufferedFile::GetPosition() const {
   RequireOpen(__LINE__);
@@ -350,7 +356,7 @@ int CBufferedFile::UnGetc(int byte) {
   if (byte < 0 || byte > 0xFF || pushedBack_ >= 0 || GetPosition() == 0) return -1;
   pushedBack_ = byte;
   end_ = false;
-  NoteReadable();
+  NoteWindow();
   return byte;
 }
 

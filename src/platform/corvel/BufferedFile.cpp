@@ -20,8 +20,9 @@ constexpr const char* kFile = "BufferedFile";
 
 // Large enough that system calls cost little, small enough to stay in a processor's cache.
 constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
-// What is read at a place that nothing announced: one page.
-constexpr std::size_t kSmallestRead = std::size_t{4} * 1024;
+// What is read at a place that nothing announced. Bytes that nobody asks for cost as much as the
+// system call that brings them from a few kilobytes on.
+constexpr std::size_t kSmallestRead = 512;
 
 template <typename Char>
 bool ParseMode(const Char* text, FileMode& mode) {
@@ -198,12 +199,13 @@ std::size_t CBufferedFile::ReadDirectly(unsigned char* to, std::size_t count) {
 
 // Where to read when `wanted` bytes are needed at `position`, and, in readAhead_, how much.
 //
-// Behind the last window a caller reads on: each window is twice as large as the one before. In
-// front of it a caller reads backward: the window then ends with the bytes that are needed.
-// Anywhere else only a page is read, since nothing tells what comes next.
+// At the end of the last window, or a short way behind it, a caller reads on: each window is twice
+// as large as the one before. In front of it a caller reads backward: the window then ends with the
+// bytes that are needed. Anywhere else only a little is read, since nothing tells what comes next.
 long long CBufferedFile::WindowStartFor(long long position, std::size_t wanted) {
   const auto size = static_cast<long long>(kBufferSize);
-  const bool onward = position == lastEnd_;
+  const bool onward =
+      position >= lastEnd_ && position - lastEnd_ <= static_cast<long long>(readAhead_);
   const bool backward = position < lastStart_ && position >= lastStart_ - size;
   readAhead_ = onward || backward ? std::min(readAhead_ * 2, kBufferSize) : kSmallestRead;
   readAhead_ = std::max({readAhead_, wanted, kSmallestRead});

@@ -16,9 +16,10 @@ const std::string& BenchTablePath();
 
 std::uint32_t BenchTableRecords();
 
-enum ReadingOrder : int { kSequential, kBackward, kRandom };
+enum ReadingOrder : int { kSequential, kBackward, kEveryTenth, kRandom };
 
-// The numbers of all records in that order. The random order is always the same.
+// The numbers of the records that are read, in that order: all, but for kEveryTenth. The random
+// order is always the same.
 std::vector<std::uint32_t> RecordsInOrder(ReadingOrder order);
 
 }  // namespace trovan::bench

@@ -17,8 +17,8 @@
 namespace trovan::bench {
 namespace {
 
-void CountRecords(benchmark::State& state) {
-  const std::int64_t records = state.iterations() * std::int64_t{BenchTableRecords()};
+void CountRecords(benchmark::State& state, std::size_t perIteration) {
+  const std::int64_t records = state.iterations() * static_cast<std::int64_t>(perIteration);
   state.SetItemsProcessed(records);
   state.SetBytesProcessed(records * std::int64_t{kSampleRecordLength});
 }
@@ -38,7 +38,7 @@ void BM_RawRead(benchmark::State& state) {
     close(file);
     if (file < 0 || got < 0) state.SkipWithError("cannot read the table");
   }
-  CountRecords(state);
+  CountRecords(state, BenchTableRecords());
 }
 BENCHMARK(BM_RawRead)->Unit(benchmark::kMillisecond);
 
@@ -57,10 +57,11 @@ void BM_EnumRecord(benchmark::State& state, ReadingOrder order) {
       benchmark::DoNotOptimize(record.data());
     }
   }
-  CountRecords(state);
+  CountRecords(state, indices.size());
 }
 BENCHMARK_CAPTURE(BM_EnumRecord, sequential, kSequential)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_EnumRecord, backward, kBackward)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_EnumRecord, every_tenth, kEveryTenth)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_EnumRecord, random, kRandom)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -52,9 +52,6 @@ function(trovan_family name)
   set(target trovan_${name})
   add_library(${target} OBJECT ${arg_SOURCES})
   trovan_public_headers(${target} trovan ${arg_HEADERS})
-  # The mark of what libtrovan exports belongs to the whole, and every family needs it.
-  target_include_directories(${target} PUBLIC
-    "$<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/headers/trovan>")
   target_compile_definitions(${target} PRIVATE TROVAN_BUILDING)
   target_link_libraries(${target} PUBLIC trovan_export ${arg_PUBLIC}
                                   PRIVATE ${arg_PRIVATE} $<BUILD_INTERFACE:trovan_dev>)

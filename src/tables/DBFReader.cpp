@@ -1,9 +1,10 @@
+#include <trovan/DBFReader.h>
+
 #include <algorithm>
 #include <cstring>
 
 #include <corvel/Exception.h>
 #include <corvel/Path.h>
-#include <trovan/DBFReader.h>
 
 #include "DBFLayout.h"
 

@@ -1,3 +1,5 @@
+#include <corvel/BufferedFile.h>
+
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
@@ -6,7 +8,6 @@
 #include <string_view>
 #include <utility>
 
-#include <corvel/BufferedFile.h>
 #include <corvel/Exception.h>
 #include <corvel/Text.h>
 

@@ -203,14 +203,19 @@ std::size_t CBufferedFile::ReadDirectly(unsigned char* to, std::size_t count) {
 // At the end of the last window, or a short way behind it, a caller reads on: each window is twice
 // as large as the one before. In front of it a caller reads backward: the window then ends with the
 // bytes that are needed. Anywhere else only a little is read, since nothing tells what comes next.
+// A pipe is only read on, and gives what it has: all that finds room is asked for.
 long long CBufferedFile::WindowStartFor(long long position, std::size_t wanted) {
+  if (!file_->HasPositions()) {
+    readAhead_ = kBufferSize;
+    return position;
+  }
   const auto size = static_cast<long long>(kBufferSize);
   const bool onward =
       position >= lastEnd_ && position - lastEnd_ <= static_cast<long long>(readAhead_);
   const bool backward = position < lastStart_ && position >= lastStart_ - size;
   readAhead_ = onward || backward ? std::min(readAhead_ * 2, kBufferSize) : kSmallestRead;
   readAhead_ = std::max({readAhead_, wanted, kSmallestRead});
-  if (!backward || !file_->HasPositions()) return position;
+  if (!backward) return position;
   const auto before = static_cast<long long>(readAhead_ - wanted);
   return std::max(0LL, position - before);
 }

@@ -14,7 +14,18 @@ namespace corvel {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNotFinite[] = {kNan, kInfinity, -kInfinity};
+
+Mat4d Random(std::mt19937& random, double range = 10) {
+  std::uniform_real_distribution<double> element(-range, range);
+  Mat4d m;
+  for (int row = 0; row < 4; ++row) {
+    for (int column = 0; column < 4; ++column) m(row, column) = element(random);
+  }
+  return m;
+}
 
 struct Size {
   unsigned width;

@@ -91,7 +91,8 @@ ColumnKind KindOfField(const TableLayout& layout, const FieldLayout& field) {
     case 'Y':
       return ExactSize(field, 8, ColumnKind::kCurrency);
     case 'V':
-      return ColumnKind::kVariableText;
+      // Other programs keep other things in a V.
+      return layout.IsVisualFoxPro() ? ColumnKind::kVariableText : ColumnKind::kBytes;
     case 'Q':
       return ColumnKind::kVariableBytes;
     default:
@@ -123,7 +124,10 @@ ColumnPlan PlanColumns(const TableLayout& layout, kerno::TextCodec& codec) {
     column.name = FieldName(field, i, codec);
     column.offset = field.offset;
     column.length = length;
-    column.kind = length == field.length ? KindOfField(layout, field) : ColumnKind::kBytes;
+    column.kind = KindOfField(layout, field);
+    // Part of a text is a text; part of anything else has no value.
+    const bool cut = length < field.length;
+    if (cut && column.kind != ColumnKind::kText) column.kind = ColumnKind::kBytes;
     // Bits are given out in the order of the fields; the length bit of a field comes first.
     if (IsVariable(field) && layout.IsVisualFoxPro()) column.lengthBit = nextBit++;
     if ((field.flags & kNullableField) != 0) column.nullBit = nextBit++;

@@ -25,7 +25,18 @@ void CsvWriter::Separate() {
   first_ = false;
 }
 
+void CsvWriter::BeginRow() {
+  first_ = true;
+  lineEmpty_ = true;
+}
+
+void CsvWriter::PutOnLine(std::string_view text) {
+  out_.Put(text);
+  lineEmpty_ = lineEmpty_ && text.empty();
+}
+
 void CsvWriter::Begin(const std::vector<std::string>& columns) {
+  single_ = columns.size() == 1;
   BeginRow();
   for (const std::string& column : columns) Text(column);
   EndRow();
@@ -34,27 +45,27 @@ void CsvWriter::Begin(const std::vector<std::string>& columns) {
 void CsvWriter::Text(std::string_view text) {
   Separate();
   if (!NeedsQuotes(text)) {
-    out_.Put(text);
+    PutOnLine(text);
     return;
   }
-  out_.Put('"');
+  PutOnLine("\"");
   PutDoublingQuotes(text);
   out_.Put('"');
 }
 
 void CsvWriter::Number(std::string_view number) {
   Separate();
-  out_.Put(number);
+  PutOnLine(number);
 }
 
 void CsvWriter::Logical(bool value) {
   Separate();
-  out_.Put(value ? "true" : "false");
+  PutOnLine(value ? "true" : "false");
 }
 
 void CsvWriter::BeginLongText() {
   Separate();
-  out_.Put('"');
+  PutOnLine("\"");
 }
 
 void CsvWriter::LongTextPiece(std::string_view piece) {
@@ -65,6 +76,7 @@ void CsvWriter::LongTextPiece(std::string_view piece) {
 void CsvWriter::EndLongText() { out_.Put('"'); }
 
 void CsvWriter::EndRow() {
+  if (single_ && lineEmpty_) out_.Put("\"\"");
   out_.Put("\r\n");
   out_.FlushIfFull();
 }

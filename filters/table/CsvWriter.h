@@ -1,5 +1,6 @@
 // Comma-separated values by RFC 4180: a header line, lines that end with CR LF, quotes around
-// values that hold a quote, a comma or a line end. Null values and empty texts are both empty.
+// values that hold a quote, a comma or a line end. Null values and empty texts are both empty; the
+// only value of a row is then a pair of quotes, since many readers pass over empty lines.
 #pragma once
 
 #include "filters/table/OutputBuffer.h"
@@ -13,7 +14,7 @@ class CsvWriter : public RowWriter {
   explicit CsvWriter(ByteSink& sink) : out_(sink) {}
 
   void Begin(const std::vector<std::string>& columns) override;
-  void BeginRow() override { first_ = true; }
+  void BeginRow() override;
   void Null() override { Separate(); }
   void Text(std::string_view text) override;
   void Number(std::string_view number) override;
@@ -26,10 +27,13 @@ class CsvWriter : public RowWriter {
 
  private:
   void Separate();
+  void PutOnLine(std::string_view text);
   void PutDoublingQuotes(std::string_view text);
 
   OutputBuffer out_;
-  bool first_ = true;  // no value of the row was written yet
+  bool first_ = true;      // no value of the row was written yet
+  bool single_ = false;    // the table has one column
+  bool lineEmpty_ = true;  // nothing stands on the line of the row yet
 };
 
 }  // namespace trovan::filters

@@ -64,7 +64,7 @@ std::string_view FieldValue::Decode(std::string_view bytes) {
 
 bool FieldValue::FlagIsSet(const Record& record, unsigned bit) const {
   const std::size_t at = bit / 8;
-  if (at >= plan_.nullFlagsLength) return false;
+  if (at >= plan_.nullFlagsLength || plan_.nullFlagsAt + at >= record.present) return false;
   return (record.data[plan_.nullFlagsAt + at] >> (bit % 8) & 1U) != 0;
 }
 
@@ -188,7 +188,8 @@ void FieldValue::WriteMemo(const Column& column, std::string_view pointer, std::
     return writer.Null();
   }
   if (memo_ == nullptr) {
-    if (!missingMemoTold_) problems_.Add(Place(index, column) + "there is no memo file");
+    if (!missingMemoTold_)
+      problems_.Add(Place(index, column) + "there is no memo file that can be read");
     missingMemoTold_ = true;
     return writer.Null();
   }

@@ -30,12 +30,18 @@ RecordReader::RecordReader(const std::wstring& path, const TableLayout& layout)
   file_.Open(path, "rb", corvel::kFileShareRead, false);
 }
 
-std::uint32_t RecordReader::CountPresent() const {
+std::uint32_t RecordReader::CountPresent() {
   const long long bytes = layout_.fileLength - static_cast<long long>(layout_.headerLength);
-  if (bytes <= 0) return 0;
+  if (bytes <= 0 || layout_.recordCount == 0) return 0;
   const auto length = static_cast<long long>(layout_.recordLength);
-  const long long begun = (bytes + length - 1) / length;
-  return static_cast<std::uint32_t>(std::min<long long>(begun, layout_.recordCount));
+  const long long begun = std::min<long long>((bytes + length - 1) / length, layout_.recordCount);
+  const auto last = static_cast<std::uint32_t>(begun - 1);
+  return IsEndMark(last, ReadFlag(last)) ? last : last + 1;
+}
+
+// A single byte where a record is missing: the mark behind the last one.
+bool RecordReader::IsEndMark(std::uint32_t index, unsigned char flag) const {
+  return flag == kEndOfFile && layout_.RecordOffset(index) + 1 == layout_.fileLength;
 }
 
 bool RecordReader::Read(std::uint32_t index, Record& record) {
@@ -45,14 +51,14 @@ bool RecordReader::Read(std::uint32_t index, Record& record) {
   flagKnown_ = false;
   const auto wanted = static_cast<long long>(layout_.DataLength());
   record.present = static_cast<std::size_t>(std::min(wanted, layout_.fileLength - offset - 1));
-  if (record.present == 0 && record.flag == kEndOfFile) return false;
+  if (IsEndMark(index, record.flag)) return false;
   const bool nextFlagPresent = layout_.fileLength - offset - 1 > wanted;
   if (nextFlagPresent && ReadThroughReader(index)) {
     flag_ = buffer_[layout_.DataLength()];
     flagIndex_ = index + 1;
     flagKnown_ = true;
   } else {
-    ReadFromFile(index);
+    record.present = std::min(record.present, ReadFromFile(index));
   }
   if (record.present < layout_.DataLength()) {
     std::fill(buffer_.begin() + static_cast<std::ptrdiff_t>(record.present), buffer_.end(), ' ');
@@ -73,9 +79,9 @@ unsigned char RecordReader::ReadFlag(std::uint32_t index) {
   return flag < 0 ? static_cast<unsigned char>(' ') : static_cast<unsigned char>(flag);
 }
 
-void RecordReader::ReadFromFile(std::uint32_t index) {
+std::size_t RecordReader::ReadFromFile(std::uint32_t index) {
   file_.Seek(layout_.RecordOffset(index) + 1, corvel::kFileBegin);
-  file_.Read(buffer_.data(), buffer_.size());
+  return file_.Read(buffer_.data(), buffer_.size());
 }
 
 }  // namespace trovan::filters

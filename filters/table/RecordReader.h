@@ -33,21 +33,22 @@ class RecordReader {
   RecordReader(const std::wstring& path, const TableLayout& layout);
 
   // Reads record `index`, counted from 0, below the header's record count. False when the file ends
-  // before the record's first byte. A record that the file cuts off is delivered, padded with
-  // blanks.
+  // before the record's first byte, or holds an end-of-file mark there and nothing more. A record
+  // that the file cuts off is delivered, padded with blanks.
   //
   // Raises corvel::Exception when the system cannot read.
   bool Read(std::uint32_t index, Record& record);
 
   // How many of the records that the header promises begin before the file ends.
-  std::uint32_t CountPresent() const;
+  std::uint32_t CountPresent();
 
   CDBFReader& Reader() { return reader_; }
 
  private:
   unsigned char ReadFlag(std::uint32_t index);
   bool ReadThroughReader(std::uint32_t index);
-  void ReadFromFile(std::uint32_t index);
+  std::size_t ReadFromFile(std::uint32_t index);
+  bool IsEndMark(std::uint32_t index, unsigned char flag) const;
 
   const TableLayout& layout_;
   CDBFReader reader_;

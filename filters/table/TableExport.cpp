@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include <corvel/Text.h>
+#include <corvel/Exception.h>
 #include <kerno/TextCodec.h>
 
 #include "filters/support/FilterError.h"
@@ -17,6 +17,11 @@ namespace trovan::filters {
 namespace {
 
 constexpr std::uint32_t kRecordsBetweenReports = 1024;
+
+// Memos may be long: a user who wants to stop waits for one record at most.
+std::uint32_t RecordsBetweenReports(const MemoFile* memo) {
+  return memo != nullptr ? 1 : kRecordsBetweenReports;
+}
 
 void RequireConvertible(const CodePageChoice& choice) {
   if (kerno::TextCodec::IsConvertible(choice.number)) return;
@@ -33,8 +38,10 @@ std::unique_ptr<MemoFile> OpenMemos(const std::wstring& path, const TableLayout&
     return MemoFile::Open(path, layout, reader);
   } catch (const FilterError& error) {
     problems.Add(error.what());
-    return nullptr;
+  } catch (const corvel::Exception& error) {
+    problems.Add(error.Message());
   }
+  return nullptr;
 }
 
 std::vector<std::string> ColumnNames(const ColumnPlan& plan, bool withDeleted) {
@@ -64,11 +71,12 @@ class Export {
 
   void Run(corvel::IProgress* progress) {
     writer_.Begin(ColumnNames(plan_, options_.withDeleted));
+    const std::uint32_t interval = RecordsBetweenReports(memo_.get());
     std::uint64_t wanted = 0;
     Record record;
     for (std::uint32_t index = 0; index < layout_.recordCount; ++index) {
       if (options_.limit && result_.rows >= *options_.limit) break;
-      if (index % kRecordsBetweenReports == 0 && !GoOn(progress, index)) break;
+      if (index % interval == 0 && !GoOn(progress, index)) break;
       if (!records_.Read(index, record)) {
         result_.problems.Add("the file ends after record " + std::to_string(index) + " of the " +
                              std::to_string(layout_.recordCount) + " that its header promises");

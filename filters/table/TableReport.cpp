@@ -6,6 +6,7 @@
 #include <set>
 #include <string_view>
 
+#include <corvel/Exception.h>
 #include <corvel/Text.h>
 #include <kerno/TextCodec.h>
 #include <trovan/DBFReader.h>
@@ -170,6 +171,9 @@ void ReportMemo(const std::wstring& path, CDBFReader& reader, TableReport& repor
     memo = MemoFile::Open(path, report.layout, reader);
   } catch (const FilterError& error) {
     report.oddities.emplace_back(error.what());
+    return;
+  } catch (const corvel::Exception& error) {
+    report.oddities.push_back(error.Message());
     return;
   }
   if (memo == nullptr) {

@@ -1,3 +1,5 @@
+#include <trovan/DBFCodePages.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -8,7 +10,6 @@
 #include <corvel/Exception.h>
 #include <corvel/Path.h>
 #include <kerno/CodePageInfo.h>
-#include <trovan/DBFCodePages.h>
 #include <win32/WinApi.h>
 
 namespace trovan {

@@ -1,8 +1,9 @@
+#include <corvel/Console.h>
+
 #include <cerrno>
 #include <csignal>
 #include <unistd.h>
 
-#include <corvel/Console.h>
 
 namespace corvel {
 namespace {

@@ -1,6 +1,7 @@
+#include <corvel/Exception.h>
+
 #include <utility>
 
-#include <corvel/Exception.h>
 #include <corvel/Logger.h>
 #include <corvel/Text.h>
 

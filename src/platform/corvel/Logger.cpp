@@ -1,10 +1,11 @@
+#include <corvel/Logger.h>
+
 #include <cstdarg>
 #include <utility>
 
 #include <spdlog/logger.h>
 #include <spdlog/sinks/stdout_sinks.h>
 
-#include <corvel/Logger.h>
 #include <corvel/Text.h>
 
 namespace corvel {

@@ -1,10 +1,11 @@
+#include <corvel/Path.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
 #include <unicode/uchar.h>
 
-#include <corvel/Path.h>
 #include <win32/Utf8.h>
 #if defined(_WIN32)
 #include <win32/WinTypes.h>

@@ -1,5 +1,6 @@
-#include <corvel/Exception.h>
 #include <kerno/CodePageInfo.h>
+
+#include <corvel/Exception.h>
 
 #include "CodePageTable.h"
 

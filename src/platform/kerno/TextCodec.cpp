@@ -1,7 +1,8 @@
+#include <kerno/TextCodec.h>
+
 #include <utility>
 
 #include <corvel/Exception.h>
-#include <kerno/TextCodec.h>
 #include <win32/Utf8.h>
 #include <win32/WinApi.h>
 

@@ -1,9 +1,10 @@
+#include <win32/Utf8.h>
+
 #include <cstdint>
 
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
-#include <win32/Utf8.h>
 
 namespace win32 {
 namespace {

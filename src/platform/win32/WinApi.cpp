@@ -1,3 +1,5 @@
+#include <win32/WinApi.h>
+
 #include <cerrno>
 #include <chrono>
 #include <cwchar>
@@ -9,7 +11,6 @@
 #include <unistd.h>
 
 #include <win32/Utf8.h>
-#include <win32/WinApi.h>
 
 namespace {
 

@@ -1,5 +1,6 @@
 #include "table/TableCommand.h"
 
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -57,6 +58,16 @@ void AddCodePage(CLI::App& command, Arguments& arguments) {
       "Read texts in this Windows code page (65001 is UTF-8) instead of the table's");
 }
 
+// A count of rows. (The parser of numbers would take -1 for a huge one.)
+const CLI::Validator kRowCount(
+    [](const std::string& text) -> std::string {
+      std::uint64_t count = 0;
+      const char* end = text.data() + text.size();
+      const auto parsed = std::from_chars(text.data(), end, count);
+      return parsed.ec == std::errc() && parsed.ptr == end ? "" : "not a count of rows: " + text;
+    },
+    "COUNT");
+
 // --- cat -----------------------------------------------------------------------------------------
 
 std::unique_ptr<filters::RowWriter> MakeWriter(const std::string& format, StandardOutput& output) {
@@ -109,8 +120,9 @@ void AddCat(CLI::App& table, Work& work) {
                     "Leave stored texts as they are: blanks, the form of dates and numbers");
   command->add_flag("--deleted", arguments->rows.withDeleted,
                     "Show deleted records too; a first column tells which they are");
-  command->add_option("--skip", arguments->rows.skip, "Leave out the first N rows");
-  command->add_option("--limit", arguments->rows.limit, "Stop after N rows");
+  command->add_option("--skip", arguments->rows.skip, "Leave out the first N rows")
+      ->check(kRowCount);
+  command->add_option("--limit", arguments->rows.limit, "Stop after N rows")->check(kRowCount);
   command->callback([arguments, &work] { work = [arguments] { return Cat(*arguments); }; });
 }
 

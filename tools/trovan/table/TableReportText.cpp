@@ -46,6 +46,19 @@ std::string Memo(const TableReport& report) {
   return report.hasMemoFields ? "missing or not readable" : "none needed";
 }
 
+// A header may hold anything: control characters must not reach the terminal.
+std::string Printable(std::string text) {
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
+  }
+  return text;
+}
+
+std::string TypeLetter(char type) {
+  const bool printable = type > 0x20 && type < 0x7F;
+  return printable ? std::string(1, type) : HexByte(static_cast<unsigned char>(type));
+}
+
 // Columns on a terminal: one for each code point, which is right for most alphabets.
 std::size_t DisplayWidth(const std::string& utf8) {
   return static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), [](char c) {
@@ -58,10 +71,10 @@ std::string FieldLine(std::size_t number, const FieldReport& field, std::size_t 
   if (field.decimals > 0) size += "." + std::to_string(field.decimals);
   const std::string padding(nameWidth - DisplayWidth(field.name), ' ');
   char rest[64];
-  std::snprintf(rest, sizeof rest, "  %c  %-7s ", field.type, size.c_str());
+  std::snprintf(rest, sizeof rest, "  %s  %-7s ", TypeLetter(field.type).c_str(), size.c_str());
   char start[32];
   std::snprintf(start, sizeof start, "    %3zu  ", number);
-  return start + field.name + padding + rest + field.kind +
+  return start + Printable(field.name) + padding + rest + field.kind +
          (field.hidden ? ", hidden: the program's own" : "") + '\n';
 }
 
@@ -94,7 +107,7 @@ std::string TableReportAsText(const std::string& name, const TableReport& report
   text += Fields(report);
   if (!report.oddities.empty()) {
     text += "  Odd\n";
-    for (const std::string& oddity : report.oddities) text += "    - " + oddity + '\n';
+    for (const std::string& oddity : report.oddities) text += "    - " + Printable(oddity) + '\n';
   }
   return text;
 }

@@ -114,8 +114,7 @@ int CDBFReader::Seek(int offset) {
   if (offset < 0) return Tell();
   if (table_.IsOpen()) {
     try {
-      table_.Seek(offset, FileOrigin(0));
-      return static_cast<int>(table_.GetPosition());
+      return static_cast<int>(table_.Seek(offset, FileOrigin(0)));
     } catch (...) {
       return -1;
     }

@@ -7,21 +7,21 @@
 
 namespace trovan::test {
 
-// Sets a variable of the environment, or takes it away, while it lives.
+// Gives a variable of the environment another value while it lives; null takes the variable away.
 class ScopedVariable {
  public:
-  ScopedVariable(const char* name, const std::optional<std::string>& value) : name_(name) {
+  ScopedVariable(const char* name, const char* value) : name_(name) {
     if (const char* before = ::getenv(name)) before_ = before;
     Put(value);
   }
-  ~ScopedVariable() { Put(before_); }
+  ~ScopedVariable() { Put(before_ ? before_->c_str() : nullptr); }
   ScopedVariable(const ScopedVariable&) = delete;
   ScopedVariable& operator=(const ScopedVariable&) = delete;
 
  private:
-  void Put(const std::optional<std::string>& value) {
-    if (value) {
-      ::setenv(name_.c_str(), value->c_str(), 1);
+  void Put(const char* value) const {
+    if (value != nullptr) {
+      ::setenv(name_.c_str(), value, 1);
     } else {
       ::unsetenv(name_.c_str());
     }

@@ -2,61 +2,16 @@
 // nobody's promise.
 #pragma once
 
-#include <stdlib.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <stdexcept>
 #include <string>
 
-namespace test_support {
+#include "support/Environment.h"
+#include "support/TempFolder.h"
 
-// A folder that exists as long as the object.
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "trovan-test-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no scratch folder");
-    path_ = name;
-  }
-  ~ScratchFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-  const std::filesystem::path& Path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
-
-// An environment variable with another value as long as the object lives; null unsets it.
-class ScopedVariable {
- public:
-  ScopedVariable(const char* name, const char* value) : name_(name) {
-    if (const char* old = std::getenv(name)) old_ = old;
-    Set(value);
-  }
-  ~ScopedVariable() { Set(old_ ? old_->c_str() : nullptr); }
-  ScopedVariable(const ScopedVariable&) = delete;
-  ScopedVariable& operator=(const ScopedVariable&) = delete;
-
- private:
-  void Set(const char* value) const {
-    if (value != nullptr) {
-      ::setenv(name_.c_str(), value, 1);
-    } else {
-      ::unsetenv(name_.c_str());
-    }
-  }
-
-  std::string name_;
-  std::optional<std::string> old_;
-};
+namespace trovan::test {
 
 // A folder of locales that setlocale and newlocale search as long as the object lives.
 class MadeLocales {
@@ -89,8 +44,8 @@ class MadeLocales {
   }
 
  private:
-  ScratchFolder folder_;
+  TempFolder folder_;
   ScopedVariable search_;
 };
 
-}  // namespace test_support
+}  // namespace trovan::test

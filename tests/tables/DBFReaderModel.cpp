@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <gtest/gtest.h>
-
 #include "support/Random.h"
 
 namespace trovan::test {
@@ -141,7 +139,16 @@ namespace {
 // What differs first, in words; empty where nothing does.
 using Difference = std::string;
 
-std::string Quoted(const std::string& bytes) { return testing::PrintToString(bytes); }
+// The bytes in hexadecimal.
+std::string Hexadecimal(const std::string& bytes) {
+  std::string text = "\"";
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    text += "0123456789abcdef"[byte >> 4];
+    text += "0123456789abcdef"[byte & 0xF];
+  }
+  return text + "\"";
+}
 
 template <typename Given, typename Expected>
 Difference Compare(const std::string& what, const Given& given, const Expected& expected) {
@@ -171,8 +178,8 @@ Difference CompareAnswer(const char* what, unsigned index, CDBFReader::DBFError 
       buffer.find_first_not_of(kUntouched, expected.bytes.size()) == std::string::npos;
   if (same) return {};
   return what + std::to_string(index) + " into " + std::to_string(buffer.size()) +
-         " bytes: status " + std::to_string(status) + ", " + Quoted(buffer) + " and should be " +
-         std::to_string(expected.status) + ", " + Quoted(expected.bytes);
+         " bytes: status " + std::to_string(status) + ", " + Hexadecimal(buffer) +
+         " and should be " + std::to_string(expected.status) + ", " + Hexadecimal(expected.bytes);
 }
 
 Difference CompareRecord(CDBFReader& reader, const DBFReaderModel& model, unsigned index,

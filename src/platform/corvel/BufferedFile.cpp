@@ -21,8 +21,9 @@ constexpr const char* kFile = "BufferedFile";
 
 // Large enough that system calls cost little, small enough to stay in a processor's cache.
 constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
-// What is read at a place that nothing announced: one page.
-constexpr std::size_t kSmallestRead = std::size_t{4} * 1024;
+// What is read at a place that nothing announced. Bytes that nobody asks for cost as much as the
+// system call that brings them from a few kilobytes on.
+constexpr std::size_t kSmallestRead = 512;
 
 template <typename Char>
 bool ParseMode(const Char* text, FileMode& mode) {
@@ -156,14 +157,14 @@ void CBufferedFile::Write(gsl::not_null<const void*> buffer, std::size_t count) 
   WriteBytes(buffer.get(), count);
 }
 
-std::size_t CBufferedFile::ReadBytes(void* buffer, std::size_t count) {
+std::size_t CBufferedFile::ReadSlowly(void* buffer, std::size_t count) {
   RequireReadable();
   auto* to = static_cast<unsigned char*>(buffer);
   std::size_t got = 0;
   if (pushedBack_ >= 0 && count > 0) {
     to[got++] = static_cast<unsigned char>(pushedBack_);
     pushedBack_ = -1;
-    NoteReadable();
+    NoteWindow();
   }
   for (;;) {
     const std::size_t taken = std::min(count - got, filled_ - cursor_);
@@ -199,12 +200,13 @@ std::size_t CBufferedFile::ReadDirectly(unsigned char* to, std::size_t count) {
 
 // Where to read when `wanted` bytes are needed at `position`, and, in readAhead_, how much.
 //
-// Behind the last window a caller reads on: each window is twice as large as the one before. In
-// front of it a caller reads backward: the window then ends with the bytes that are needed.
-// Anywhere else only a page is read, since nothing tells what comes next.
+// At the end of the last window, or a short way behind it, a caller reads on: each window is twice
+// as large as the one before. In front of it a caller reads backward: the window then ends with the
+// bytes that are needed. Anywhere else only a little is read, since nothing tells what comes next.
 long long CBufferedFile::WindowStartFor(long long position, std::size_t wanted) {
   const auto size = static_cast<long long>(kBufferSize);
-  const bool onward = position == lastEnd_;
+  const bool onward =
+      position >= lastEnd_ && position - lastEnd_ <= static_cast<long long>(readAhead_);
   const bool backward = position < lastStart_ && position >= lastStart_ - size;
   readAhead_ = onward || backward ? std::min(readAhead_ * 2, kBufferSize) : kSmallestRead;
   readAhead_ = std::max({readAhead_, wanted, kSmallestRead});
@@ -239,7 +241,7 @@ bool CBufferedFile::FillWindow(std::size_t wanted) {
   filled_ = got;
   lastStart_ = start;
   lastEnd_ = start + static_cast<long long>(got);
-  NoteReadable();
+  NoteWindow();
   return true;
 }
 
@@ -269,7 +271,7 @@ void CBufferedFile::WriteBytes(const void* bytes, std::size_t count) {
   cursor_ += count;
   dirtyEnd_ = std::max(dirtyEnd_, cursor_);
   filled_ = std::max(filled_, cursor_);
-  NoteReadable();
+  NoteWindow();
 }
 
 void CBufferedFile::Flush() {
@@ -284,7 +286,7 @@ void CBufferedFile::Flush() {
   dirtyBegin_ = dirtyEnd_ = 0;
 }
 
-long long CBufferedFile::Seek(long long offset, FileOrigin origin) {
+long long CBufferedFile::SeekSlowly(long long offset, FileOrigin origin) {
   RequireOpen(__LINE__);
   if (!file_->HasPositions()) Fail("Cannot seek in", "it is no file on a disk", __LINE__);
   long long base = 0;
@@ -309,7 +311,7 @@ void CBufferedFile::MoveTo(long long position) {
   if (inWindow >= 0 && inWindow <= static_cast<long long>(filled_)) {
     pushedBack_ = -1;
     cursor_ = static_cast<std::size_t>(inWindow);
-    NoteReadable();
+    NoteWindow();
     return;
   }
   Flush();
@@ -322,10 +324,16 @@ void CBufferedFile::RestartWindow(long long position) {
   cursor_ = filled_ = 0;
   dirtyBegin_ = dirtyEnd_ = 0;
   pushedBack_ = -1;
-  NoteReadable();
+  NoteWindow();
 }
 
-void CBufferedFile::NoteReadable() { readable_ = mayRead_ && pushedBack_ < 0 ? filled_ : 0; }
+// Sets the ends of the short roads: whatever changes the window, the pushed-back byte or the file
+// calls this.
+void CBufferedFile::NoteWindow() {
+  const bool plain = file_ != nullptr && pushedBack_ < 0;
+  readable_ = plain && mayRead_ ? filled_ : 0;
+  seekable_ = plain && file_->HasPositions() ? filled_ : 0;
+}
 
 long long CBufferedFile::GetPosition() const {
   RequireOpen(__LINE__);
@@ -351,7 +359,7 @@ int CBufferedFile::UnGetc(int byte) {
   if (byte < 0 || byte > 0xFF || pushedBack_ >= 0 || GetPosition() == 0) return -1;
   pushedBack_ = byte;
   end_ = false;
-  NoteReadable();
+  NoteWindow();
   return byte;
 }
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string>
 
@@ -101,7 +102,14 @@ class CORVEL_API CBufferedFile {
 
   // Moves the position and returns it. A position beyond the end is allowed: reading there gives
   // nothing, writing there fills the gap with zeros. A negative position raises and moves nothing.
-  long long Seek(long long offset, FileOrigin origin);
+  long long Seek(long long offset, FileOrigin origin) {
+    const auto inWindow =
+        static_cast<unsigned long long>(offset) - static_cast<unsigned long long>(windowStart_);
+    if (origin != kFileBegin || inWindow >= seekable_) return SeekSlowly(offset, origin);
+    cursor_ = static_cast<std::size_t>(inWindow);
+    end_ = false;
+    return offset;
+  }
 
   long long GetPosition() const;
 
@@ -152,8 +160,17 @@ class CORVEL_API CBufferedFile {
   void RequireWritable() const;
 
   void OpenFile(const std::wstring& path, const FileMode& mode, FileSharing sharing);
-  std::size_t ReadBytes(void* buffer, std::size_t count);
+  std::size_t ReadBytes(void* buffer, std::size_t count) {
+    if (cursor_ >= readable_ || count > readable_ - cursor_) return ReadSlowly(buffer, count);
+    std::memcpy(buffer, buffer_.get() + cursor_, count);
+    cursor_ += count;
+    return count;
+  }
   void WriteBytes(const void* bytes, std::size_t count);
+
+  // What the short roads inside the window leave over: everything, that is.
+  std::size_t ReadSlowly(void* buffer, std::size_t count);
+  long long SeekSlowly(long long offset, FileOrigin origin);
   int GetcSlowly();
 
   bool HasDirtyBytes() const { return dirtyBegin_ < dirtyEnd_; }
@@ -162,7 +179,7 @@ class CORVEL_API CBufferedFile {
   std::size_t ReadDirectly(unsigned char* to, std::size_t count);
   void MoveTo(long long position);
   void RestartWindow(long long position);
-  void NoteReadable();
+  void NoteWindow();
   void Reset();
 
   std::unique_ptr<SystemFile> file_;  // null: closed
@@ -178,7 +195,8 @@ class CORVEL_API CBufferedFile {
   long long windowStart_ = 0;
   std::size_t cursor_ = 0;
   std::size_t filled_ = 0;
-  std::size_t readable_ = 0;  // filled_, or 0 while Getc may not take from the buffer
+  std::size_t readable_ = 0;  // filled_, or 0 while reads may not take straight from the buffer
+  std::size_t seekable_ = 0;  // filled_, or 0 while seeks may not just move the cursor
   std::size_t dirtyBegin_ = 0;
   std::size_t dirtyEnd_ = 0;
 

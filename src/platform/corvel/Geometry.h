@@ -148,6 +148,7 @@ struct Box2 {
   friend constexpr bool operator==(const Box2&, const Box2&) = default;
 
  private:
+  // NOLINTNEXTLINE(misc-redundant-expression): only a NaN differs from itself.
   static constexpr bool IsNan(T value) { return value != value; }
 
   static constexpr Vec2<T> Lesser(const Vec2<T>& a, const Vec2<T>& b) {

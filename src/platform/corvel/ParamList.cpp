@@ -20,7 +20,7 @@ void CParamList::Set(std::wstring_view key, std::wstring_view value) {
     found->second = value;
   } else {
     // Copied before the list grows: the texts may be its own.
-    entries_.push_back(Entry(key, value));
+    entries_.push_back(Entry(key, value));  // NOLINT(modernize-use-emplace): see above.
   }
 }
 

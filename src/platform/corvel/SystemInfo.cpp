@@ -1,7 +1,7 @@
 #include <corvel/SystemInfo.h>
 
 #include <langinfo.h>
-#include <locale.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): <clocale> has no newlocale.
 
 #include <cstdlib>
 #include <cstring>
@@ -51,8 +51,8 @@ wchar_t OnlyCharacter(const char* text) {
 wchar_t UserDecimalChar() {
   // The character set of the numbers' own locale: that of texts may be another.
   const ::locale_t locale =
-      ::newlocale(LC_NUMERIC_MASK | LC_CTYPE_MASK, NumericLocaleName(), static_cast<::locale_t>(0));
-  if (locale == static_cast<::locale_t>(0)) return kPoint;
+      ::newlocale(LC_NUMERIC_MASK | LC_CTYPE_MASK, NumericLocaleName(), ::locale_t{});
+  if (locale == ::locale_t{}) return kPoint;
   const ThreadLocale inForce(locale);
   return OnlyCharacter(::nl_langinfo(RADIXCHAR));
 }

@@ -42,6 +42,7 @@ class Descriptor {
   }
 
  private:
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the mark that iconv_open itself returns.
   static iconv_t Closed() { return reinterpret_cast<iconv_t>(-1); }
 
   iconv_t handle_;

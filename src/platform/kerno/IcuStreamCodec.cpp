@@ -137,8 +137,8 @@ void IcuStreamCodec::Convert(std::string_view bytes, bool last, std::string& utf
   while (error == U_BUFFER_OVERFLOW_ERROR) {
     error = U_ZERO_ERROR;
     UChar* out = units.data();
-    ucnv_toUnicode(converter_.get(), &out, units.data() + units.size(), &next, end, nullptr, last,
-                   &error);
+    ucnv_toUnicode(converter_.get(), &out, units.data() + units.size(), &next, end, nullptr,
+                   static_cast<UBool>(last), &error);
     AppendUnits(units.data(), static_cast<std::size_t>(out - units.data()), utf8);
   }
   RequireSuccess(error);
@@ -181,7 +181,7 @@ void IcuStreamCodec::ConvertBack(std::u16string_view units, bool last, std::stri
     error = U_ZERO_ERROR;
     char* out = buffer.data();
     ucnv_fromUnicode(converter_.get(), &out, buffer.data() + buffer.size(), &next, end, nullptr,
-                     last, &error);
+                     static_cast<UBool>(last), &error);
     bytes.append(buffer.data(), out);
   }
   RequireSuccess(error);

@@ -119,7 +119,7 @@ std::u32string CharactersOf(std::wstring_view text) {
       if (unit >= 0xD800 && unit < 0xDC00 && i + 1 < text.size()) {
         const auto trail = static_cast<char32_t>(text[i + 1]);
         if (trail >= 0xDC00 && trail < 0xE000) {
-          characters += 0x10000 + ((unit - 0xD800) << 10) + (trail - 0xDC00);
+          characters += static_cast<char32_t>(0x10000 + ((unit - 0xD800) << 10) + (trail - 0xDC00));
           ++i;
           continue;
         }

@@ -21,11 +21,12 @@ namespace {
 using nlohmann::ordered_json;
 using testing::HasSubstr;
 
-class RealTablesTest : public testing::Test {
+class RealTablesExportTest : public testing::Test {
  protected:
   void SetUp() override {
     if (!std::filesystem::exists(Folder() / "dbf" / "expected.json")) {
-      GTEST_SKIP() << "no real tables: TROVAN_TEST_DATA is \"" << TROVAN_TEST_DATA << '"';
+      GTEST_SKIP() << "no tables in " << Folder()
+                   << ": set the CMake variable TROVAN_TEST_DATA to a folder that has them.";
     }
   }
 
@@ -79,7 +80,7 @@ void ExpectFields(const TableReport& report, const ordered_json& table) {
   }
 }
 
-TEST_F(RealTablesTest, HaveTheirFieldsAndRecords) {
+TEST_F(RealTablesExportTest, HaveTheirFieldsAndRecords) {
   std::size_t checked = 0;
   const ordered_json tables = Expected("dbf");
   for (const auto& [name, table] : tables.items()) {
@@ -101,7 +102,7 @@ TEST_F(RealTablesTest, HaveTheirFieldsAndRecords) {
   EXPECT_GT(checked, 70U);
 }
 
-TEST_F(RealTablesTest, AreExportedWithTheirDeletedRecords) {
+TEST_F(RealTablesExportTest, AreExportedWithTheirDeletedRecords) {
   const ordered_json tables = Expected("dbf");
   for (const auto& [name, table] : tables.items()) {
     SCOPED_TRACE(name);
@@ -118,7 +119,7 @@ TEST_F(RealTablesTest, AreExportedWithTheirDeletedRecords) {
   }
 }
 
-TEST_F(RealTablesTest, OfDBase2AreRefused) {
+TEST_F(RealTablesExportTest, OfDBase2AreRefused) {
   std::size_t refused = 0;
   const ordered_json tables = Expected("dbf");
   for (const auto& [name, table] : tables.items()) {
@@ -134,7 +135,7 @@ TEST_F(RealTablesTest, OfDBase2AreRefused) {
   EXPECT_GT(refused, 0U);
 }
 
-TEST_F(RealTablesTest, AreReadInThePageThatTheirSideFileNames) {
+TEST_F(RealTablesExportTest, AreReadInThePageThatTheirSideFileNames) {
   std::size_t checked = 0;
   const ordered_json tables = Expected("dbf");
   for (const auto& [name, table] : tables.items()) {
@@ -183,7 +184,7 @@ void ExpectMemo(const ordered_json& shown, const ordered_json& value, kerno::Tex
       << value.dump() << "\nshown in " << text.size() << " bytes: " << text.substr(0, 100);
 }
 
-TEST_F(RealTablesTest, HaveTheirMemos) {
+TEST_F(RealTablesExportTest, HaveTheirMemos) {
   std::size_t checked = 0;
   const ordered_json tables = Expected("memo");
   for (const auto& [name, memos] : tables.items()) {
@@ -202,14 +203,6 @@ TEST_F(RealTablesTest, HaveTheirMemos) {
     }
   }
   EXPECT_GT(checked, 50U);
-}
-
-TEST(Sha256, GivesTheValuesOfItsStandard) {
-  EXPECT_EQ(test::Sha256("abc"),
-            "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
-  EXPECT_EQ(test::Sha256(""), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
-  EXPECT_EQ(test::Sha256("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"),
-            "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1");
 }
 
 }  // namespace

@@ -655,7 +655,7 @@ TEST_F(BufferedFileTest, PrintsNulBytesAndKeepsLineFeeds) {
 TEST_F(BufferedFileTest, RefusesToPrintWithoutAFormat) {
   Open("wb");
   const char* none = nullptr;
-  EXPECT_THROW(file_.Printf(none), Exception);
+  EXPECT_THROW(file_.Printf(none, 1), Exception);
   EXPECT_EQ(file_.GetLength(), 0);
 }
 

@@ -132,12 +132,12 @@ TEST(CPath, GivesThePathItselfWhenTheWorkingFolderIsGone) {
 
 TEST(CPath, TakesTheTemporaryFolderFromTheEnvironment) {
   TempFolder folder;
-  const ScopedVariable variable("TMPDIR", folder.Path().native());
+  const ScopedVariable variable("TMPDIR", folder.Path().c_str());
   EXPECT_EQ(CPath::GetTempPath(true), folder.Path().wstring());
 }
 
 TEST(CPath, TakesTheSystemsTemporaryFolderWhereTheEnvironmentNamesNone) {
-  for (const auto& none : {std::optional<std::string>(), std::optional<std::string>("")}) {
+  for (const char* none : {static_cast<const char*>(nullptr), ""}) {
     const ScopedVariable variable("TMPDIR", none);
     EXPECT_EQ(CPath::GetTempPath(true), L"/tmp");
   }
@@ -147,7 +147,7 @@ TEST(CPath, HasNoTemporaryFolderWhereTheEnvironmentNamesAnythingElse) {
   TempFolder folder;
   WriteBytes(folder.Path() / "file", "");
   for (const char* name : {"file", "missing", "file/below"}) {
-    const ScopedVariable variable("TMPDIR", (folder.Path() / name).native());
+    const ScopedVariable variable("TMPDIR", (folder.Path() / name).c_str());
     EXPECT_EQ(CPath::GetTempPath(true), L"") << name;
     EXPECT_EQ(CPath::GetTempPath(false), (folder.Path() / name).wstring()) << "not asked to exist";
   }
@@ -157,7 +157,7 @@ TEST(CPath, NamesATemporaryFolderWhoseNameIsNoUtf8) {
   TempFolder folder;
   const fs::path named = folder.Path() / "\xE4\xF6";
   fs::create_directory(named);
-  const ScopedVariable variable("TMPDIR", named.native());
+  const ScopedVariable variable("TMPDIR", named.c_str());
   EXPECT_EQ(PathToSystem(CPath::GetTempPath(true)), named.native());
 }
 

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Environment.h"
 #include "support/MadeLocale.h"
 
 // The C library never frees the list that it makes of LOCPATH when it looks for a locale.
@@ -19,8 +20,8 @@ const char* __lsan_default_suppressions() { return "leak:__argz_add_sep\n"; }
 namespace corvel {
 namespace {
 
-using test_support::MadeLocales;
-using test_support::ScopedVariable;
+using trovan::test::MadeLocales;
+using trovan::test::ScopedVariable;
 
 // What the variables say, and nothing else of the environment.
 wchar_t DecimalCharWith(const char* all, const char* numeric, const char* lang) {

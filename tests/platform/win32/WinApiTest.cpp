@@ -18,6 +18,7 @@
 #include <win32/Utf8.h>
 
 #include "support/MadeLocale.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -92,7 +93,7 @@ TEST(GetACP, IsThePageOfTheLocalesCharacterSet) {
       {"ARMSCII-8", 1252},
       {"ANSI_X3.4-1968", 1252},
   };
-  const test_support::MadeLocales locales;
+  const trovan::test::MadeLocales locales;
   for (const auto& c : cases) {
     const std::string name = "page" + std::to_string(&c - cases);
     locales.Make(name, c.characterSet, ".");
@@ -118,7 +119,7 @@ class GetTempFileNameTest : public testing::Test {
         std::distance(fs::directory_iterator(folder_.Path()), fs::directory_iterator()));
   }
 
-  test_support::ScratchFolder folder_;
+  trovan::test::TempFolder folder_;
   wchar_t name_[MAX_PATH] = {};
 };
 

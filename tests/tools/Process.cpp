@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -84,6 +85,12 @@ std::string Process::ReadOutput(std::size_t count) {
   }
   text.resize(got);
   return text;
+}
+
+bool Process::OutputIsFull() const {
+  int waiting = 0;
+  if (::ioctl(output_, FIONREAD, &waiting) != 0) Fail("ioctl");
+  return waiting >= ::fcntl(output_, F_GETPIPE_SZ);
 }
 
 void Process::CloseOutput() {

@@ -31,6 +31,9 @@ class Process {
   // Waits until there is output, and takes at most `count` bytes of it. Less at its end only.
   std::string ReadOutput(std::size_t count);
 
+  // Whether the pipe is full: the next byte has to wait until output is read.
+  bool OutputIsFull() const;
+
   // Nobody reads the output any more.
   void CloseOutput();
 

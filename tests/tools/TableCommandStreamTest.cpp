@@ -79,6 +79,16 @@ TEST_F(TableCommandStreamTest, EndsWellFormedOnCtrlC) {
   EXPECT_TRUE(nlohmann::json::accept(ReadBytes(Path("out.json"))));
 }
 
+TEST_F(TableCommandStreamTest, EndsWellFormedOnCtrlCWhileItsReaderRests) {
+  Process process({"table", "cat", LongTable(4'000'000'000U), "--format", "json"});
+  while (!process.OutputIsFull()) ASSERT_FALSE(process.HasEnded());
+  process.Signal(SIGINT);
+  const Outcome outcome = process.Wait();
+  EXPECT_EQ(outcome.signal, 0);
+  EXPECT_EQ(outcome.code, 130) << outcome.errors;
+  EXPECT_TRUE(nlohmann::json::accept(outcome.output)) << outcome.output.size() << " bytes";
+}
+
 TEST_F(TableCommandStreamTest, NeedsLittleMemoryForALongTable) {
   if (kSanitized) GTEST_SKIP() << "the sanitizers need memory of their own";
   const Outcome outcome = RunTrovan({"table", "cat", LongTable(300'000)}, Path("out.csv"));

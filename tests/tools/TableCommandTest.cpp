@@ -32,7 +32,7 @@ class TableCommandTest : public testing::Test {
         .Language(0x03)
         .Field("NAME", 'C', 10)
         .Field("POP", 'N', 9)
-        .Record("Troms\xF8       77095")
+        .Record("Troms\xF8        77095")
         .DeletedRecord("Rome")
         .Record("Bern         134000")
         .Text();

@@ -126,6 +126,12 @@ TEST_F(RecordReaderTest, ReadsRecordsOfAFlagAndNothingElse) {
   EXPECT_EQ(reader_->CountPresent(), 4U);
 }
 
+TEST_F(RecordReaderTest, TakesAnEndMarkThatIsAWholeRecordForOne) {
+  Open(DbfImage().Record("").RecordCount(2));
+  EXPECT_EQ(Read(1), "\x1A");
+  EXPECT_EQ(reader_->CountPresent(), 2U);
+}
+
 TEST_F(RecordReaderTest, CountsNothingInATableWithoutRecords) {
   Open(DbfImage().Field("A", 'C', 2));
   EXPECT_EQ(reader_->CountPresent(), 0U);

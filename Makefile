@@ -56,7 +56,7 @@ bench: ## Build and run the benchmarks, beside their peers
 	$(need) build bench peers
 	$(configure) bench
 	$(compile) bench
-	scripts/run-each $(BUILD)/bench/bin '*_bench'
+	bench/report $(BUILD)/bench
 
 fuzz: ## Run each fuzzer for FUZZ_SECONDS (60) seconds
 	$(need) build fuzz

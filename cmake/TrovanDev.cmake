@@ -9,6 +9,11 @@ target_compile_options(trovan_dev INTERFACE
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(trovan_dev INTERFACE -Wno-restrict)
 endif()
+# Nobody replaces single functions of these libraries from outside, so calls among them may be
+# inlined. Clang assumes so by itself.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(trovan_dev INTERFACE -fno-semantic-interposition)
+endif()
 if(TROVAN_DEVELOPER)
   target_compile_options(trovan_dev INTERFACE
     $<IF:$<CXX_COMPILER_ID:MSVC>,/WX,-Werror>)

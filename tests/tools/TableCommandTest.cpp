@@ -87,6 +87,17 @@ TEST_F(TableCommandTest, RefusesArgumentsThatMakeNoSense) {
   }
 }
 
+TEST_F(TableCommandTest, TellsWhyAFileCannotBeOpenedAndNothingOfItsOwnSources) {
+  const std::string missing = Path("missing.dbf");
+  for (const char* subcommand : {"info", "cat"}) {
+    const Outcome outcome = RunTrovan({"table", subcommand, missing});
+    EXPECT_EQ(outcome.code, 1) << subcommand;
+    EXPECT_EQ(outcome.errors,
+              "trovan: Cannot open \"" + missing + "\": No such file or directory\n")
+        << subcommand;
+  }
+}
+
 TEST_F(TableCommandTest, WritesCsv) {
   const Outcome outcome = RunTrovan({"table", "cat", Save("t.dbf", Towns())});
   EXPECT_EQ(outcome.code, 0);

@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include <corvel/Console.h>
+#include <corvel/Exception.h>
 
 #include "StandardOutput.h"
 #include "table/TableCommand.h"
@@ -30,6 +31,8 @@ int Work(const std::function<int()>& work) {
     return kInterrupted;
   } catch (const std::bad_alloc&) {
     return Fail("out of memory");
+  } catch (const corvel::Exception& error) {
+    return Fail(error.Message().c_str());  // the source file and line are no news to a user
   } catch (const std::exception& error) {
     return Fail(error.what());
   }

@@ -1,5 +1,6 @@
 #include "Tool.h"
 
+#include <clocale>
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -41,6 +42,8 @@ int Work(const std::function<int()>& work) {
 }  // namespace
 
 int Run(int argc, char** argv) {
+  // The character set of the user's locale is what GetACP goes by. All else stays as in C.
+  std::setlocale(LC_CTYPE, "");
   corvel::WatchForInterrupt();
   CLI::App app("Reads what map filters read: attribute tables and, later, drawings and grids.");
   app.name("trovan");

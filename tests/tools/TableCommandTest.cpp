@@ -193,7 +193,8 @@ TEST_F(TableCommandTest, ChecksFiles) {
                                 ": not a table: it cannot be opened, or its header does not fit "
                                 "its size\n" +
                                 other + ": not a table: its name does not end in .dbf\n" +
-                                Path("none.dbf") + ": not a table: there is no such file\n");
+                                Path("none.dbf") +
+                                ": not a table: there is no file of this name\n");
 }
 
 TEST_F(TableCommandTest, WritesAndShowsTheSideFile) {

@@ -45,7 +45,7 @@ int Run(int argc, char** argv) {
   // The character set of the user's locale is what GetACP goes by. All else stays as in C.
   std::setlocale(LC_CTYPE, "");
   corvel::WatchForInterrupt();
-  CLI::App app("Reads what map filters read: attribute tables and, later, drawings and grids.");
+  CLI::App app("Reads what map filters read.");
   app.name("trovan");
   app.set_version_flag("--version", "trovan " TROVAN_VERSION);
   app.require_subcommand(1);

@@ -62,9 +62,7 @@ fuzz: ## Run each fuzzer for FUZZ_SECONDS (60) seconds
 	$(need) build fuzz
 	$(configure) fuzz
 	$(compile) fuzz
-	mkdir -p $(BUILD)/fuzz/findings
-	scripts/run-each $(BUILD)/fuzz/bin '*_fuzz' -max_total_time=$(FUZZ_SECONDS) \
-	  -artifact_prefix=$(BUILD)/fuzz/findings/
+	scripts/fuzz-each $(BUILD)/fuzz $(FUZZ_SECONDS)
 
 coverage: ## Count the lines that the tests run, into build/coverage/report
 	$(need) build test coverage

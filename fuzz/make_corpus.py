@@ -80,6 +80,64 @@ CODE_PAGES = {
 }
 
 
+def table7(fields, records):
+    """The bytes of a table of level 7."""
+    descriptors = b"".join(
+        struct.pack("<32scB14x", name, kind, length) for name, kind, length in fields)
+    width = 1 + sum(length for _, _, length in fields)
+    header = struct.pack("<B3BIHH56x", 4, 124, 2, 29, len(records), 69 + len(descriptors), width)
+    return header + descriptors + b"\x0d" + b"".join(b" " + r for r in records) + b"\x1a"
+
+
+def with_flags(content, flags):
+    """The table with these flags of its fields, as Visual FoxPro writes them."""
+    changed = bytearray(content)
+    for i, flag in enumerate(flags):
+        changed[32 + 32 * i + 18] = flag
+    return bytes(changed)
+
+
+def long_texts():
+    """A table with a text of 300 bytes, whose length reaches into the byte of the decimals."""
+    changed = bytearray(table([(b"A", b"C", 300 % 256)], [b"x" * 300]))
+    changed[32 + 17] = 300 // 256
+    changed[10:12] = struct.pack("<H", 301)
+    return bytes(changed)
+
+
+EVERY_TYPE = table(
+    [(b"C", b"C", 6), (b"N", b"N", 6), (b"F", b"F", 6), (b"D", b"D", 8), (b"L", b"L", 1),
+     (b"M", b"M", 4), (b"I", b"I", 4), (b"B", b"B", 8), (b"T", b"T", 8), (b"Y", b"Y", 8),
+     (b"G", b"G", 4), (b"X", b"X", 2)],
+    [b"Troms\xf8  12.5+007. 20240229T" + struct.pack("<IidIIqI", 8, -7, 0.1, 2451545, 3723040,
+                                                    12000, 8) + b"\x01\xff",
+     b" " * 65],
+    version=0x30, language=0x03)
+VARIABLE = with_flags(
+    table([(b"V", b"V", 5), (b"Q", b"Q", 4), (b"A", b"C", 2), (b"_NullFlags", b"0", 1)],
+          [b"ab  \x02\x01\x02\0\x02xx\x03", b"abcdeabcdxx\x08"], version=0x32),
+    [2, 0, 2, 5])
+LEVEL7 = table7([(b"AUTO", b"+", 4), (b"REAL", b"O", 8), (b"TIME", b"@", 8), (b"TEXT", b"C", 4)],
+                [struct.pack(">Iq", 0x80000001, -0x4000000000000000) +
+                 struct.pack(">d", 62135683200000.0) + b"Oslo"])
+DAMAGED = table([(b"M", b"M", 10), (b"A", b"C", 4)],
+                [b"        99abcd", b"       abcabcd", b"         1"], count=9)
+
+# The first number: the kind of the memo file and the options; see the harness.
+EXPORTS = {
+    "every_type": (0, EVERY_TYPE, bytes(6) + struct.pack(">H", 64) + bytes(504) +
+                   struct.pack(">II", 1, 5) + b"memo\n"),
+    "every_type_raw": (6, EVERY_TYPE, b""),
+    "variable": (4, VARIABLE, b""),
+    "level7": (4, LEVEL7, b""),
+    "utf8": (8, TOWNS.replace(b"Oslo", b"\xc3\x85s\xff"), b""),
+    "damaged": (5, DAMAGED, dbt([b"text \xff\"quoted\""])),
+    "dbase3": (1, NOTES, bytes(512) + b"the text\x1a\x1a".ljust(512, b"\0")),
+    "dbase4": (1, NOTES, bytes(20) + b"\0\x02" + dbt([b"the first", b"second"])[22:]),
+    "long_texts": (0, long_texts(), b""),
+}
+
+
 def write(harness, seeds):
     folder = CORPUS / harness
     folder.mkdir(parents=True, exist_ok=True)
@@ -91,3 +149,6 @@ write("DBFReaderFuzz", TABLES)
 write("DBFReaderFileFuzz",
       {name: struct.pack("<BH", kind, len(t)) + t + memo for name, (kind, t, memo) in FILES.items()})
 write("CPGFileFuzz", CODE_PAGES)
+write("TableExportFuzz",
+      {name: struct.pack("<BH", kind, len(t)) + t + memo
+       for name, (kind, t, memo) in EXPORTS.items()})

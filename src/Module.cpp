@@ -17,7 +17,7 @@ BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
 #else
 
 // The linker's own name for the loaded module.
-extern "C" void* __dso_handle;  // NOLINT(bugprone-reserved-identifier): it belongs to the linker.
+extern "C" void* __dso_handle;
 
 namespace {
 

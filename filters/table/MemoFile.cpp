@@ -13,7 +13,6 @@
 namespace trovan::filters {
 namespace {
 
-constexpr long long kFptHeader = 512;
 constexpr std::uint32_t kFptBlockOfReader = 64;
 constexpr std::uint32_t kDbtBlockOfReader = 512;
 constexpr std::uint32_t kDBase3Block = 512;
@@ -120,10 +119,6 @@ MemoExtent MemoFile::Find(std::uint64_t block) {
 }
 
 MemoExtent MemoFile::FindFoxPro(long long offset) {
-  if (offset < kFptHeader) {
-    throw FilterError("no memo begins at byte " + std::to_string(offset) +
-                      " of the memo file: its header has " + std::to_string(kFptHeader) + " bytes");
-  }
   unsigned char header[kBlockHeader];
   file_.Seek(offset, corvel::kFileBegin);
   if (file_.Read(header, sizeof header) < sizeof header) {

@@ -39,9 +39,10 @@ std::uint32_t RecordReader::CountPresent() {
   return IsEndMark(last, ReadFlag(last)) ? last : last + 1;
 }
 
-// A single byte where a record is missing: the mark behind the last one.
+// A single byte where a record of more bytes is missing: the mark behind the last one.
 bool RecordReader::IsEndMark(std::uint32_t index, unsigned char flag) const {
-  return flag == kEndOfFile && layout_.RecordOffset(index) + 1 == layout_.fileLength;
+  return flag == kEndOfFile && layout_.DataLength() > 0 &&
+         layout_.RecordOffset(index) + 1 == layout_.fileLength;
 }
 
 bool RecordReader::Read(std::uint32_t index, Record& record) {

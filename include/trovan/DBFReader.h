@@ -36,8 +36,7 @@ struct DBF_FIELDINFO {
 //   without room for the terminator loses its last field; further bytes in the header (the 263-byte
 //   back link of some programs) come out as fields.
 // - A record is delivered from behind its deletion flag, and ends with the deletion flag of the
-// next
-//   record. Deleted records are delivered like others.
+//   record behind it. Deleted records are delivered like others.
 // - Offsets are formed in 32 bits: records and memos that lie beyond 2 GiB are out of reach.
 class TROVAN_API CDBFReader {
  public:

@@ -31,6 +31,12 @@ class DbfImage {
     return *this;
   }
 
+  // The flags of the field that was added last, as Visual FoxPro writes them.
+  DbfImage& Flags(std::uint8_t flags) {
+    descriptors_[descriptors_.size() - 32 + 18] = static_cast<char>(flags);
+    return *this;
+  }
+
   // A live record. `text` is padded with blanks to the length of the fields, but never cut.
   DbfImage& Record(std::string_view text) { return RecordWithFlag(' ', text); }
   DbfImage& DeletedRecord(std::string_view text) { return RecordWithFlag('*', text); }

@@ -40,7 +40,7 @@ class TempFolder {
     std::random_device random;
     const std::filesystem::path parent = std::filesystem::temp_directory_path();
     for (int attempt = 0; attempt < 100; ++attempt) {
-      const std::filesystem::path folder = parent / ("trovan-test-" + std::to_string(random()));
+      std::filesystem::path folder = parent / ("trovan-test-" + std::to_string(random()));
       if (std::filesystem::create_directory(folder)) return folder;
     }
     throw std::runtime_error("no folder for temporary files could be made");

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <unistd.h>
 #include <utility>
 
 #include <corvel/Console.h>

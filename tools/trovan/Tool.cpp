@@ -1,5 +1,6 @@
 #include "Tool.h"
 
+#include <clocale>
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -8,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include <corvel/Console.h>
+#include <corvel/Exception.h>
 
 #include "StandardOutput.h"
 #include "table/TableCommand.h"
@@ -30,6 +32,8 @@ int Work(const std::function<int()>& work) {
     return kInterrupted;
   } catch (const std::bad_alloc&) {
     return Fail("out of memory");
+  } catch (const corvel::Exception& error) {
+    return Fail(error.Message().c_str());  // the source file and line are no news to a user
   } catch (const std::exception& error) {
     return Fail(error.what());
   }
@@ -38,8 +42,10 @@ int Work(const std::function<int()>& work) {
 }  // namespace
 
 int Run(int argc, char** argv) {
+  // The character set of the user's locale is what GetACP goes by. All else stays as in C.
+  std::setlocale(LC_CTYPE, "");
   corvel::WatchForInterrupt();
-  CLI::App app("Reads what map filters read: attribute tables and, later, drawings and grids.");
+  CLI::App app("Reads what map filters read.");
   app.name("trovan");
   app.set_version_flag("--version", "trovan " TROVAN_VERSION);
   app.require_subcommand(1);

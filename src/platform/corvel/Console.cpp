@@ -4,7 +4,6 @@
 #include <csignal>
 #include <unistd.h>
 
-
 namespace corvel {
 namespace {
 

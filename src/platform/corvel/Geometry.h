@@ -137,7 +137,7 @@ struct Box2 {
   constexpr T Height() const { return static_cast<T>(max.y - min.y); }
 
   // The four corners as a ring: (min x, min y), (max x, min y), (max x, max y), (min x, max y).
-  constexpr void GetCorners(Vec2<T> (&corners)[4]) const {
+  constexpr void GetCorners(Vec2<T> corners[4]) const {
     corners[0] = min;
     corners[1] = {max.x, min.y};
     corners[2] = max;

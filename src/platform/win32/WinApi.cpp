@@ -34,7 +34,7 @@ constexpr CharacterSet kCharacterSets[] = {
     {"BIG5", 950},         {"EUC-JP", 51932},     {"GB18030", 54936},     {"JOHAB", 1361},
 };
 
-// Sixteen bits, never 0, as different from other callers' as a clock and a process number allow.
+// Sixteen bits, as different from other callers' as a clock and a process number allow.
 UINT FirstNumber() {
   const auto ticks = std::chrono::steady_clock::now().time_since_epoch().count();
   return (static_cast<UINT>(ticks) ^ static_cast<UINT>(::getpid()) * 40503U) & 0xFFFFU;

@@ -159,7 +159,7 @@ void AddInfo(CLI::App& table, Work& work) {
 std::string Verdict(const std::wstring& path, int checked) {
   if (checked == 1) return "a table";
   if (checked == 0) return "an empty file";
-  if (!corvel::FileExists(path)) return "not a table: there is no such file";
+  if (!corvel::FileExists(path)) return "not a table: there is no file of this name";
   if (corvel::ToLower(corvel::CPath(path).GetExtension()) != L".dbf") {
     return "not a table: its name does not end in .dbf";
   }

@@ -17,10 +17,18 @@ std::string HexByte(unsigned byte) {
   return text;
 }
 
+// A header or a file name may hold anything: control characters must not reach the terminal.
+std::string Printable(std::string text) {
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
+  }
+  return text;
+}
+
 std::string Line(const char* label, const std::string& value) {
   char start[24];
   std::snprintf(start, sizeof start, "  %-14s ", label);
-  return start + value + '\n';
+  return start + Printable(value) + '\n';
 }
 
 std::string Records(const TableReport& report) {
@@ -44,14 +52,6 @@ std::string Memo(const TableReport& report) {
            std::to_string(report.memo->blockSize) + " bytes)";
   }
   return report.hasMemoFields ? "missing or not readable" : "none needed";
-}
-
-// A header may hold anything: control characters must not reach the terminal.
-std::string Printable(std::string text) {
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
-  }
-  return text;
 }
 
 std::string TypeLetter(char type) {
@@ -94,7 +94,7 @@ std::string Fields(const TableReport& report) {
 
 std::string TableReportAsText(const std::string& name, const TableReport& report) {
   const auto& layout = report.layout;
-  std::string text = name + '\n';
+  std::string text = Printable(name) + '\n';
   text += Line("Version", HexByte(layout.version) + " (" +
                               std::string(filters::DescribeVersion(layout.version)) + ")");
   text += Line("Records", Records(report));

@@ -23,7 +23,7 @@ std::size_t SkipDigits(std::string_view text, std::size_t at) {
 // Appends `value` with at least `width` digits, zeros in front.
 void AppendPadded(std::uint64_t value, std::size_t width, std::string& out) {
   char digits[20];
-  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  const char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
   const auto length = static_cast<std::size_t>(end - digits);
   if (length < width) out.append(width - length, '0');
   out.append(digits, length);
@@ -130,7 +130,7 @@ void AppendCurrency(std::int64_t tenThousandths, std::string& out) {
 
 void AppendReal(double value, std::string& out) {
   char digits[32];
-  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  const char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
   out.append(digits, static_cast<std::size_t>(end - digits));
 }
 

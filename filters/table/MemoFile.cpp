@@ -20,7 +20,7 @@ constexpr std::size_t kBlockHeader = 8;
 constexpr unsigned char kDBase4Mark[] = {0xFF, 0xFF, 0x08, 0x00};
 constexpr std::uint32_t kFoxProText = 1;
 constexpr char kEndMark = 0x1A;
-constexpr std::size_t kPiece = 64 * 1024;
+constexpr std::size_t kPiece = std::size_t{64} * 1024;
 
 // The longest text that CDBFReader delivers: see its EnumMemo.
 constexpr std::uint64_t kReaderLimit = 65534;
@@ -114,7 +114,8 @@ MemoExtent MemoFile::Find(std::uint64_t block) {
                       std::to_string(length_) + " bytes in blocks of " +
                       std::to_string(blockSize_));
   }
-  const auto offset = static_cast<long long>(block * blockSize_);
+  const std::uint64_t start = block * blockSize_;
+  const auto offset = static_cast<long long>(start);
   return kind_ == MemoKind::kFoxPro ? FindFoxPro(offset) : FindDBase(offset);
 }
 
@@ -197,7 +198,7 @@ void MemoFile::ReadWhole(std::uint64_t block, const MemoExtent& memo, std::strin
 bool MemoFile::ReadThroughReader(std::uint64_t block, const MemoExtent& memo, std::string& bytes) {
   if (!side_.foundInSmallLetters || memo.length > kReaderLimit) return false;
   const std::uint64_t start = block * blockSize_;
-  if (memo.offset != static_cast<long long>(start + kBlockHeader)) return false;
+  if (static_cast<std::uint64_t>(memo.offset) != start + kBlockHeader) return false;
   if (start % readerBlockSize_ != 0) return false;
   if (start + kBlockHeader + kReaderLimit > std::numeric_limits<std::int32_t>::max()) return false;
   buffer_.resize(std::max(buffer_.size(), BufferFor(memo.length)));

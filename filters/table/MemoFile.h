@@ -83,6 +83,6 @@ class MemoFile {
 };
 
 // Memos up to this size are read at once; larger ones in pieces, so that memory stays constant.
-inline constexpr std::uint64_t kLargestWholeMemo = 256 * 1024;
+inline constexpr std::uint64_t kLargestWholeMemo = std::uint64_t{256} * 1024;
 
 }  // namespace trovan::filters

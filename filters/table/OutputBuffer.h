@@ -34,7 +34,7 @@ class OutputBuffer {
   }
 
  private:
-  static constexpr std::size_t kFull = 64 * 1024;
+  static constexpr std::size_t kFull = std::size_t{64} * 1024;
 
   ByteSink& sink_;
   std::string bytes_;

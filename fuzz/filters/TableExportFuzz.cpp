@@ -24,7 +24,15 @@
 
 namespace {
 
-using namespace trovan::filters;
+using trovan::filters::ByteSink;
+using trovan::filters::CsvWriter;
+using trovan::filters::ExportTable;
+using trovan::filters::FilterError;
+using trovan::filters::JsonWriter;
+using trovan::filters::ReportTable;
+using trovan::filters::TableExportOptions;
+using trovan::filters::TableExportResult;
+using trovan::filters::TableReport;
 using trovan::fuzz::Require;
 
 // Raised when there is more output than is worth looking at: a damaged table may point to one large

@@ -102,8 +102,9 @@ TEST_F(MemoFileTest, RefusesAFoxProFileWithoutHeader) {
 
 // Around these lengths the reader's own bounds change.
 TEST_F(MemoFileTest, DeliversEveryLengthWhole) {
-  for (const std::size_t length : {0, 1, 254, 255, 256, 511, 65'279, 65'280, 65'281, 65'533, 65'534,
-                                   65'535, 65'536, 262'144, 262'145, 300'000}) {
+  for (const std::size_t length :
+       {0U, 1U, 254U, 255U, 256U, 511U, 65'279U, 65'280U, 65'281U, 65'533U, 65'534U, 65'535U,
+        65'536U, 262'144U, 262'145U, 300'000U}) {
     SCOPED_TRACE(length);
     FptImage fpt(64);
     fpt.Add("before");
@@ -207,7 +208,7 @@ TEST_F(MemoFileTest, ReadsDBase4MemosInBlocksOfItsSize) {
 }
 
 TEST_F(MemoFileTest, TakesADBase4LengthBelowItsHeaderForEmpty) {
-  for (const std::uint32_t stated : {0, 1, 7, 8}) {
+  for (const std::uint32_t stated : {0U, 1U, 7U, 8U}) {
     Dbt4Image dbt(512);
     const auto block = dbt.AddStating(stated, "rest");
     Save("t.dbt", dbt.Bytes());
@@ -267,7 +268,7 @@ TEST_F(DBase3MemoTest, ReadsEmptyTextsAndThoseWithNulBytes) {
 
 // The file is searched in pieces of 64 KiB.
 TEST_F(DBase3MemoTest, FindsEndMarksOnBothSidesOfAPieceBorder) {
-  for (const std::size_t length : {65'534, 65'535, 65'536, 65'537, 131'071, 300'000}) {
+  for (const std::size_t length : {65'534U, 65'535U, 65'536U, 65'537U, 131'071U, 300'000U}) {
     OpenWith(Pattern(length).replace(100, 1, "x") + "\x1A\x1A and more");
     EXPECT_EQ(memo_->Find(1).length, Text(1).size());
     std::string expected = Pattern(length).replace(100, 1, "x");

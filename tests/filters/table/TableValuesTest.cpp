@@ -380,7 +380,7 @@ TEST_F(MemoValuesTest, ShowsNothingOfANonFoxProMemoAsGarbage) {
 
 // Large memos come in pieces of 256 KiB: characters lie across the borders.
 TEST_F(MemoValuesTest, DecodesLargeMemosAcrossTheirPieces) {
-  for (const std::size_t shift : {0, 1, 2}) {
+  for (const std::size_t shift : {0U, 1U, 2U}) {
     std::string memo(shift, 'x');
     while (memo.size() < 700'000) memo += "\xE2\x82\xAC";
     FptImage fpt(64);

@@ -113,9 +113,11 @@ TEST(CSystemInfo, IsNeitherCopiedNorMoved) {
 TEST(CSystemInfo, IsReadFromThreadsWhileItIsSet) {
   CSystemInfo info;
   info.SetDefDecimalChar(L'.');
+  constexpr int kReaders = 4;
   std::vector<std::thread> readers;
+  readers.reserve(kReaders);
   std::atomic<bool> strange = false;
-  for (int i = 0; i < 4; ++i) {
+  for (int i = 0; i < kReaders; ++i) {
     readers.emplace_back([&] {
       for (int round = 0; round < 10'000; ++round) {
         const wchar_t read = info.DefDecimalChar();

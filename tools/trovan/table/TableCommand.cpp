@@ -78,15 +78,16 @@ std::unique_ptr<filters::RowWriter> MakeWriter(const std::string& format, Standa
 
 // Tells what went wrong beside the rows. Returns the exit code.
 int Conclude(const std::string& name, const filters::TableExportResult& result) {
+  const std::string start = name + ": ";
   if (result.malformed > 0) {
-    Warn(name + ": " + std::to_string(result.malformed) + " places are no text of code page " +
+    Warn(start + std::to_string(result.malformed) + " places are no text of code page " +
          std::to_string(result.codePage) +
          " and came out as U+FFFD; another one can be asked for with --code-page");
   }
   const auto& problems = result.problems;
-  for (const std::string& problem : problems.First()) Warn(name + ": " + problem);
+  for (const std::string& problem : problems.First()) Warn(start + problem);
   if (problems.Count() > problems.First().size()) {
-    Warn(name + ": and " + std::to_string(problems.Count() - problems.First().size()) +
+    Warn(start + "and " + std::to_string(problems.Count() - problems.First().size()) +
          " problems more");
   }
   if (result.cancelled) return kInterrupted;

@@ -11,7 +11,6 @@ namespace trovan::tool {
 void StandardOutput::Write(std::string_view bytes) {
   const std::error_code error = corvel::WriteStandardOutput(bytes);
   if (error == std::errc::broken_pipe) throw ClosedPipe();
-  if (error == std::errc::interrupted) throw Interrupted();
   if (error) throw filters::FilterError("cannot write the output: " + error.message());
 }
 

@@ -28,8 +28,6 @@ int Work(const std::function<int()>& work) {
     return work();
   } catch (const ClosedPipe&) {
     return kDone;  // whoever reads the output has seen enough
-  } catch (const Interrupted&) {
-    return kInterrupted;
   } catch (const std::bad_alloc&) {
     return Fail("out of memory");
   } catch (const corvel::Exception& error) {

@@ -14,7 +14,7 @@ extern "C" void NoteInterrupt(int signal) {
   std::signal(signal, SIG_DFL);
 }
 
-// Without SA_RESTART: a write that waits for its reader returns.
+// Without SA_RESTART: what waits for the user returns.
 void Watch(int signal) {
   struct sigaction action {};
   action.sa_handler = NoteInterrupt;
@@ -33,7 +33,7 @@ std::error_code WriteStandardOutput(std::string_view bytes) {
     const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
     if (written >= 0) {
       bytes.remove_prefix(static_cast<std::size_t>(written));
-    } else if (errno != EINTR || WasInterrupted()) {
+    } else if (errno != EINTR) {
       return {errno, std::generic_category()};
     }
   }

@@ -14,8 +14,7 @@ enum class StandardStream { kOutput, kError };
 CORVEL_API bool IsTerminal(StandardStream stream);
 
 // Writes all the bytes to standard output, unbuffered. Returns the system's reason when it cannot:
-// std::errc::broken_pipe when nobody reads the output any more, std::errc::interrupted when
-// WasInterrupted became true while the output waited for its reader.
+// std::errc::broken_pipe when nobody reads the output any more. Ctrl-C does not cut a write short.
 CORVEL_API std::error_code WriteStandardOutput(std::string_view bytes);
 
 // From now on Ctrl-C (SIGINT) and SIGTERM are noted instead of ending the program at once; a second

@@ -1,0 +1,3 @@
+#include "filters/lattice/Formats.h"
+
+namespace trovan::filters {}

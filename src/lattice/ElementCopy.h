@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <type_traits>
 
 namespace trovan::lattice {
 
@@ -26,32 +27,33 @@ constexpr ElementRun CutTo(ElementRun run, std::size_t bytes) {
   return run;
 }
 
-// Calls `copy` with the element size as a constant where it is a usual one, so that the copy of an
-// element becomes one move.
+template <std::size_t kValue>
+using Constant = std::integral_constant<std::size_t, kValue>;
+
+// Calls `copy` with the size of an element and the number of elements in a node as constants, where
+// they are usual ones: the copy of an element becomes one move, the step to the next one addition.
 template <typename Copy>
-void WithElementSize(std::size_t size, Copy copy) {
-  switch (size) {
-    case 1:
-      return copy([] { return std::size_t{1}; });
-    case 2:
-      return copy([] { return std::size_t{2}; });
-    case 4:
-      return copy([] { return std::size_t{4}; });
-    case 8:
-      return copy([] { return std::size_t{8}; });
-    default:
-      return copy([size] { return size; });
-  }
+void WithConstants(const ElementRun& run, Copy copy) {
+  const auto withStride = [&]<std::size_t kSize>() {
+    if (run.stride == kSize) return copy(Constant<kSize>(), Constant<kSize>());
+    if (run.stride == 2 * kSize) return copy(Constant<kSize>(), Constant<2 * kSize>());
+    if (run.stride == 3 * kSize) return copy(Constant<kSize>(), Constant<3 * kSize>());
+    if (run.stride == 4 * kSize) return copy(Constant<kSize>(), Constant<4 * kSize>());
+    copy(Constant<kSize>(), run.stride);
+  };
+  if (run.size == 1) return withStride.template operator()<1>();
+  if (run.size == 2) return withStride.template operator()<2>();
+  if (run.size == 4) return withStride.template operator()<4>();
+  if (run.size == 8) return withStride.template operator()<8>();
+  copy(run.size, run.stride);
 }
 
 // Row to packed elements.
 inline void Gather(void* packed, const void* row, const ElementRun& run) {
   auto* to = static_cast<unsigned char*>(packed);
   const auto* from = static_cast<const unsigned char*>(row) + run.first;
-  WithElementSize(run.size, [&](auto size) {
-    for (std::size_t i = 0; i < run.count; ++i) {
-      std::memcpy(to + i * size(), from + i * run.stride, size());
-    }
+  WithConstants(run, [to, from, count = run.count](auto size, auto stride) {
+    for (std::size_t i = 0; i < count; ++i) std::memcpy(to + i * size, from + i * stride, size);
   });
 }
 
@@ -59,10 +61,8 @@ inline void Gather(void* packed, const void* row, const ElementRun& run) {
 inline void Scatter(void* row, const void* packed, const ElementRun& run) {
   auto* to = static_cast<unsigned char*>(row) + run.first;
   const auto* from = static_cast<const unsigned char*>(packed);
-  WithElementSize(run.size, [&](auto size) {
-    for (std::size_t i = 0; i < run.count; ++i) {
-      std::memcpy(to + i * run.stride, from + i * size(), size());
-    }
+  WithConstants(run, [to, from, count = run.count](auto size, auto stride) {
+    for (std::size_t i = 0; i < count; ++i) std::memcpy(to + i * stride, from + i * size, size);
   });
 }
 

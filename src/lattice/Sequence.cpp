@@ -31,8 +31,17 @@ constexpr unsigned kAxes = 3;
   throw Exception(kModule, kFile, line, message, false);
 }
 
-// A plane's 32 bits on the way to 64: a plane never has a negative size.
-long long Widened(unsigned size) { return static_cast<long long>(size); }
+// Where plane `z` starts. Unsigned on the way: what leaves 64 bits wraps, and may come out
+// negative.
+long long PlanesBefore(unsigned z, long long planeSize) {
+  return static_cast<long long>(static_cast<std::uint64_t>(planeSize) * z);
+}
+
+// Where row `y` of plane `z` starts; its place within the plane has 32 bits.
+long long RowOffset(unsigned y, unsigned z, unsigned rowSize, long long planeSize) {
+  const unsigned inPlane = rowSize * y;
+  return static_cast<long long>(static_cast<std::uint64_t>(PlanesBefore(z, planeSize)) + inPlane);
+}
 
 // The bytes, or null when there are none: an empty vector may point anywhere.
 unsigned char* Staged(std::vector<unsigned char>& bytes) {
@@ -150,21 +159,23 @@ unsigned LatticeResequencer::GetDataScanlineSize() const {
 }
 
 long long LatticeResequencer::GetDataPlaneSize() const {
-  return Widened(dataElementSize_ * numComponents_ * ydim_ * xdim_);
+  return dataElementSize_ * numComponents_ * ydim_ * xdim_;
 }
 
-long long LatticeResequencer::GetDataTotalSize() const { return GetDataPlaneSize() * zdim_; }
+long long LatticeResequencer::GetDataTotalSize() const {
+  return PlanesBefore(zdim_, GetDataPlaneSize());
+}
 
 unsigned LatticeResequencer::GetCurviCoordScanlineSize() const {
   return coordElementSize_ * xdim_ * kAxes;
 }
 
 long long LatticeResequencer::GetCurviCoordPlaneSize() const {
-  return Widened(coordElementSize_ * ydim_ * xdim_ * kAxes);
+  return coordElementSize_ * ydim_ * xdim_ * kAxes;
 }
 
 long long LatticeResequencer::GetCurviCoordTotalSize() const {
-  return GetCurviCoordPlaneSize() * zdim_;
+  return PlanesBefore(zdim_, GetCurviCoordPlaneSize());
 }
 
 unsigned LatticeResequencer::GetRectiXCoordsTotalSize() const { return coordElementSize_ * xdim_; }
@@ -174,11 +185,11 @@ unsigned LatticeResequencer::GetRectiYCoordsTotalSize() const { return coordElem
 unsigned LatticeResequencer::GetRectiZCoordsTotalSize() const { return coordElementSize_ * zdim_; }
 
 long long LatticeResequencer::CalcDataScanlineOffset(unsigned y, unsigned z) const {
-  return GetDataPlaneSize() * z + Widened(GetDataScanlineSize() * y);
+  return RowOffset(y, z, GetDataScanlineSize(), GetDataPlaneSize());
 }
 
 long long LatticeResequencer::CalcCurviCoordScanlineOffset(unsigned y, unsigned z) const {
-  return GetCurviCoordPlaneSize() * z + Widened(GetCurviCoordScanlineSize() * y);
+  return RowOffset(y, z, GetCurviCoordScanlineSize(), GetCurviCoordPlaneSize());
 }
 
 // --- Between the files and the staging buffers ---------------------------------------------------

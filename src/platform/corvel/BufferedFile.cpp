@@ -166,19 +166,23 @@ std::size_t CBufferedFile::ReadSlowly(void* buffer, std::size_t count) {
     pushedBack_ = -1;
     NoteWindow();
   }
+  std::size_t kept = 0;  // bytes in front of the cursor that this read took from the window
   for (;;) {
     const std::size_t taken = std::min(count - got, filled_ - cursor_);
     if (taken > 0) std::memcpy(to + got, buffer_.get() + cursor_, taken);
     cursor_ += taken;
     got += taken;
+    kept += taken;
     if (got == count) return got;
     const std::size_t missing = count - got;
     if (missing >= kBufferSize) {
       const std::size_t direct = ReadDirectly(to + got, missing);
       got += direct;
+      kept = 0;
       if (direct == 0) break;
-    } else if (!FillWindow(missing)) {
-      break;
+    } else {
+      if (kept + missing > kBufferSize || !file_->HasPositions()) kept = 0;
+      if (!FillWindow(missing, kept)) break;
     }
   }
   end_ = true;
@@ -221,10 +225,16 @@ long long CBufferedFile::WindowStartFor(long long position, std::size_t wanted) 
 }
 
 // Replaces the window by one that holds at least one byte at the position. False at the end.
-bool CBufferedFile::FillWindow(std::size_t wanted) {
+//
+// The `kept` bytes in front of the position stay in the window: who reads a record and writes it
+// back will want its start again.
+//
+// REQUIRES: kept <= cursor_, kept + wanted <= kBufferSize; with kept > 0 the file has positions.
+bool CBufferedFile::FillWindow(std::size_t wanted, std::size_t kept) {
   Flush();
   const long long position = windowStart_ + static_cast<long long>(cursor_);
   long long start = WindowStartFor(position, wanted);
+  if (kept > 0) return ExtendWindow(position, kept);
   std::error_code error;
   std::size_t got = file_->ReadSome(start, buffer_.get(), readAhead_, error);
   if (!error && start < position && got <= static_cast<std::size_t>(position - start)) {
@@ -248,6 +258,23 @@ bool CBufferedFile::FillWindow(std::size_t wanted) {
   lastEnd_ = start + static_cast<long long>(got);
   NoteWindow();
   return true;
+}
+
+// Moves the last `kept` bytes of the window to its front and reads on behind them.
+bool CBufferedFile::ExtendWindow(long long position, std::size_t kept) {
+  std::memmove(buffer_.get(), buffer_.get() + cursor_ - kept, kept);
+  windowStart_ = position - static_cast<long long>(kept);
+  cursor_ = filled_ = kept;
+  NoteWindow();
+  std::error_code error;
+  const std::size_t wanted = std::min(readAhead_, kBufferSize - kept);
+  const std::size_t got = file_->ReadSome(position, buffer_.get() + kept, wanted, error);
+  if (error) Fail("Cannot read", error.message(), __LINE__);
+  filled_ += got;
+  lastStart_ = windowStart_;
+  lastEnd_ = position + static_cast<long long>(got);
+  NoteWindow();
+  return got > 0;
 }
 
 void CBufferedFile::WriteBytes(const void* bytes, std::size_t count) {
@@ -395,7 +422,7 @@ bool CBufferedFile::ReadString(std::string& line) {
         ++cursor_;
         return true;
       }
-      if (!FillWindow(1)) {
+      if (!FillWindow(1, 0)) {
         end_ = true;
         return any;
       }

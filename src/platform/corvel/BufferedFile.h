@@ -174,7 +174,8 @@ class CORVEL_API CBufferedFile {
   int GetcSlowly();
 
   bool HasDirtyBytes() const { return dirtyBegin_ < dirtyEnd_; }
-  bool FillWindow(std::size_t wanted);
+  bool FillWindow(std::size_t wanted, std::size_t kept);
+  bool ExtendWindow(long long position, std::size_t kept);
   long long WindowStartFor(long long position, std::size_t wanted);
   std::size_t ReadDirectly(unsigned char* to, std::size_t count);
   void MoveTo(long long position);

@@ -1,10 +1,8 @@
 // What happens when the system refuses, and on what is no file on a disk.
 #include <fcntl.h>
 #include <random>
-#include <signal.h>
 #include <stdexcept>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +13,7 @@
 #include <corvel/Exception.h>
 
 #include "support/CapturedLog.h"
+#include "support/FileSizeLimit.h"
 #include "support/TempFolder.h"
 
 namespace corvel {
@@ -24,6 +23,8 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
 using trovan::test::CapturedLog;
+using trovan::test::FileSizeLimit;
+using trovan::test::IgnoredSignal;
 using trovan::test::ReadBytes;
 using trovan::test::TempFolder;
 
@@ -32,38 +33,6 @@ constexpr std::size_t kBuffer = 64 * 1024;
 constexpr const wchar_t* kFullDisk = L"/dev/full";
 // This program's memory; none is at the start, where a read fails.
 constexpr const wchar_t* kUnreadable = L"/proc/self/mem";
-
-// A signal that is ignored while this lives, so that the call that sends it fails instead.
-class IgnoredSignal {
- public:
-  explicit IgnoredSignal(int number) : number_(number), before_(::signal(number, SIG_IGN)) {}
-  ~IgnoredSignal() { ::signal(number_, before_); }
-  IgnoredSignal(const IgnoredSignal&) = delete;
-  IgnoredSignal& operator=(const IgnoredSignal&) = delete;
-
- private:
-  int number_;
-  void (*before_)(int);
-};
-
-// The largest file that this program may write while this lives. The system takes part of the write
-// that would go beyond and refuses the rest.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    if (::getrlimit(RLIMIT_FSIZE, &before_) != 0) throw std::runtime_error("no limit to be told");
-    rlimit limit = before_;
-    limit.rlim_cur = bytes;
-    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) throw std::runtime_error("no limit to be set");
-  }
-  ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &before_); }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  IgnoredSignal signal_{SIGXFSZ};
-  rlimit before_{};
-};
 
 // A pipe. Each Put arrives by itself: no read gives more than one of them.
 class Pipe {

@@ -255,6 +255,23 @@ TEST_P(BufferedFileModelTest, AgreesWithTheModelBackward) {
   ExpectSameBytes();
 }
 
+TEST_P(BufferedFileModelTest, AgreesWithTheModelOfRecordsThatAreReadAndWrittenBack) {
+  for (const bool backward : {false, true}) {
+    const std::size_t size = 1 + Below(20'000);
+    const std::size_t records = model_.Bytes().size() / size;
+    for (std::size_t record = 0; record < records; ++record) {
+      const std::size_t at = (backward ? records - 1 - record : record) * size;
+      ASSERT_NO_FATAL_FAILURE(SeekTo(at));
+      ASSERT_NO_FATAL_FAILURE(Read(size));
+      ASSERT_NO_FATAL_FAILURE(SeekTo(at));
+      Write(size);
+      if (Below(2) == 0) file_.Flush();
+      ASSERT_NO_FATAL_FAILURE(ExpectSameState());
+    }
+  }
+  ExpectSameBytes();
+}
+
 TEST_P(BufferedFileModelTest, AgreesWithTheModelHereAndThere) {
   for (int step = 0; step < 1'000; ++step) {
     ASSERT_NO_FATAL_FAILURE(SeekTo(Below(model_.Bytes().size() + 10)));

@@ -74,8 +74,8 @@ class TextScanner {
   // return alone does not end a line here, since any byte may follow.
   void FinishLine(std::string_view expected);
 
-  // Skips lines up to and including the first that is empty or blank, or to the end of the file. The
-  // rest of this line counts as one.
+  // Skips lines up to and including the first that is empty or blank, or to the end of the file.
+  // The rest of this line counts as one.
   void SkipToBlankLine();
 
   // Moves on; from now on errors tell the byte. REQUIRES: BytesLeft() >= count.

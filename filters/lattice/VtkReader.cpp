@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <string_view>
+#include <utility>
 
 #include <corvel/Text.h>
 
@@ -38,18 +38,6 @@ void Widen(std::vector<unsigned char>& elements, corvel::PrimType type) {
     std::memcpy(&wide[i * sizeof value], &value, sizeof value);
   }
   elements = std::move(wide);
-}
-
-bool Descends(const std::vector<unsigned char>& axis, corvel::PrimType type) {
-  const auto size = static_cast<std::size_t>(corvel::CPrimType(type).Size());
-  const void* const first = axis.data();
-  const void* const last = axis.data() + axis.size() - size;
-  return VisitElementType(type, [first, last](auto a) {
-    auto b = a;
-    std::memcpy(&a, first, sizeof a);
-    std::memcpy(&b, last, sizeof b);
-    return b < a;
-  });
 }
 
 }  // namespace
@@ -154,10 +142,11 @@ void VtkReader::PlaceRectilinear() {
     ReadRun(axis, header_.axes[i].data(), count);
     if (!alike) Widen(header_.axes[i], *axis.type.prim);
   }
-  if (!Descends(header_.axes[1], header_.coordType)) return;
+  std::vector<unsigned char> turned = header_.axes[1];
+  ReverseElements(turned, static_cast<std::size_t>(corvel::CPrimType(header_.coordType).Size()));
+  if (!Ascends(turned, header_.coordType)) return;
   header_.rowOrder = RowOrder::kTopDown;
-  ReverseElements(header_.axes[1],
-                  static_cast<std::size_t>(corvel::CPrimType(header_.coordType).Size()));
+  header_.axes[1] = std::move(turned);
 }
 
 // Rows are counted from the bottom, in the file as they come.

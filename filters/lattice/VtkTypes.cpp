@@ -1,6 +1,9 @@
 #include "VtkTypes.h"
 
 #include <algorithm>
+#include <cstring>
+
+#include "filters/lattice/NumberText.h"
 
 namespace trovan::filters {
 namespace {
@@ -57,6 +60,15 @@ void ReverseElements(std::vector<unsigned char>& elements, std::size_t size) {
   for (std::size_t at = 0; at < elements.size(); at += size) {
     std::reverse(elements.data() + at, elements.data() + at + size);
   }
+}
+
+bool Ascends(const std::vector<unsigned char>& elements, corvel::PrimType type) {
+  return VisitElementType(type, [&elements](auto first) {
+    auto last = first;
+    std::memcpy(&first, elements.data(), sizeof first);
+    std::memcpy(&last, elements.data() + elements.size() - sizeof last, sizeof last);
+    return first < last;
+  });
 }
 
 }  // namespace trovan::filters

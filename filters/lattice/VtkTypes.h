@@ -28,4 +28,7 @@ bool EqualsAnyCase(std::string_view text, std::string_view small);
 // Puts packed elements of `size` bytes in the opposite order.
 void ReverseElements(std::vector<unsigned char>& elements, std::size_t size);
 
+// Whether the last of some packed elements is larger than the first.
+bool Ascends(const std::vector<unsigned char>& elements, corvel::PrimType type);
+
 }  // namespace trovan::filters

@@ -23,6 +23,13 @@ double TopOf(const LatticeHeader& header) {
   return header.origin.y + header.spacing.y * (header.rows - 1);
 }
 
+// Whether y, turned around, is read as rows from the top down.
+bool TellsTopFromBottom(const LatticeHeader& header) {
+  if (header.rows == 1 || header.type == LatticeResequencer::Curvilinear) return true;
+  if (header.type == LatticeResequencer::Uniform) return header.spacing.y > 0;
+  return Ascends(header.axes[1], header.coordType);
+}
+
 std::string Numbers(const corvel::Vec3d& v) {
   std::string text;
   for (const double number : {v.x, v.y, v.z}) {
@@ -205,6 +212,9 @@ void VtkWriter::Check(const LatticeHeader& header) const {
           "needs a finite position and finite steps");
   require(header.type != LatticeResequencer::Uniform || std::isfinite(TopOf(header)),
           "needs a finite position of its top row");
+  require(options_.rowOrder != RowOrder::kTopDown || TellsTopFromBottom(header),
+          "tells by descending y that its rows go from the top down, and y does not ascend in this "
+          "lattice; leave the row order out");
 }
 
 void VtkWriter::Write(const LatticeHeader& header, LatticeRowSource& source) {

@@ -72,8 +72,8 @@ TEST_F(RealAsciiGridTest, HaveTheirSizesAndPlaces) {
     const double top = transform[3].get<double>();
     EXPECT_DOUBLE_EQ(header.origin.x, left + header.spacing.x / 2);
     EXPECT_NEAR(header.origin.y, top - header.spacing.y * (header.rows - 0.5), 1e-9);
-    const auto noData = grid.contains("nodata") ? std::optional(grid["nodata"].get<double>())
-                                                : std::nullopt;
+    const auto noData =
+        grid.contains("nodata") ? std::optional(grid["nodata"].get<double>()) : std::nullopt;
     EXPECT_EQ(header.voidValue, noData);
   }
 }

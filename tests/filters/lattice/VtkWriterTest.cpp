@@ -298,6 +298,24 @@ TEST_F(VtkWriterTest, WantsAPositionThatIsANumber) {
               HasSubstr("needs a finite position of its top row"));
 }
 
+TEST_F(VtkWriterTest, TellsNoRowOrderWithoutYThatAscends) {
+  LatticeWriteOptions options;
+  options.rowOrder = RowOrder::kTopDown;
+  const auto error = [&](const LatticeHeader& header) {
+    return test::FilterErrorOf([&] { VtkWriter(Path(), options).Check(header); });
+  };
+  LatticeHeader header = SmallHeader();
+  header.spacing.y = 0.0;
+  EXPECT_THAT(error(header), HasSubstr("y does not ascend in this lattice"));
+  header.rows = 1;
+  EXPECT_EQ(error(header), "nothing was raised");
+  header = SmallHeader();
+  header.type = LatticeResequencer::Rectilinear;
+  header.coordType = corvel::kUInt8;
+  header.axes = {{{7, 5}, {9, 9}, {4}}};
+  EXPECT_THAT(error(header), HasSubstr("y does not ascend in this lattice"));
+}
+
 TEST_F(VtkWriterTest, ReplacesAFileOnlyWithAWholeOne) {
   for (const auto kind : kLatticeTypes) {
     LatticeHeader header = SmallHeader();

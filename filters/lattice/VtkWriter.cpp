@@ -55,7 +55,7 @@ std::string OneLine(std::string_view title) {
 
 // The name of all components: of NAME[0], NAME[1] and so on. Else empty.
 std::string SharedName(const std::vector<std::string>& names) {
-  const std::string name = names.front().substr(0, names.front().rfind('['));
+  std::string name = names.front().substr(0, names.front().rfind('['));
   for (std::size_t i = 0; i < names.size(); ++i) {
     if (names[i] != name + '[' + std::to_string(i) + ']') return {};
   }

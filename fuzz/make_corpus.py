@@ -137,6 +137,43 @@ EXPORTS = {
     "long_texts": (0, long_texts(), b""),
 }
 
+ASCII_GRIDS = {
+    "corner": b"ncols 3\nnrows 2\nxllcorner 100\nyllcorner 200\ncellsize 10\nNODATA_value -9999\n"
+              b"1 2 3\n4 -9999 6\n",
+    "centre": b"NROWS 1\r\nNCOLS 2\r\nYLLCENTER .5\r\nXLLCENTER -1e3\r\nDX .5\r\nDY 2.\r\n"
+              b"nan -inf\r\n",
+    "void_nan": b"ncols 1 nrows 1 xllcorner 0 yllcorner 0 cellsize .1e1 nodata_value nan\n+1e-400",
+    "too_few": b"ncols 2\nnrows 2\nxllcorner 0\nyllcorner 0\ncellsize 1\n1 2 3\n",
+    "large": b"ncols 4294967295\nnrows 4294967295\nxllcorner 0\nyllcorner 0\ncellsize 1\n1 2 3\n",
+}
+
+UNIFORM = b"DATASET STRUCTURED_POINTS\nDIMENSIONS 2 2 1\nORIGIN 1 2 3\nSPACING 1 -2 1\n"
+VTK_FILES = {
+    "points": b"# vtk DataFile Version 3.0\ntitle\nASCII\n" + UNIFORM +
+              b"POINT_DATA 4\nSCALARS s float 1\nLOOKUP_TABLE default\n1 2 nan 4e-5\n",
+    "points_binary": b"# vtk DataFile Version 1.0\n\nBINARY\n" + UNIFORM +
+                     b"POINT_DATA 4\nSCALARS s double 2\nLOOKUP_TABLE default\n" +
+                     struct.pack(">8d", *range(8)) + b"\n",
+    "rectilinear": b"# vtk DataFile Version 4.2\nt\nASCII\nDATASET RECTILINEAR_GRID\n"
+                   b"DIMENSIONS 2 2 1\nX_COORDINATES 2 int\n0 5\nY_COORDINATES 2 float\n3 1\n"
+                   b"Z_COORDINATES 1 char\n7\nPOINT_DATA 4\nVECTORS v short\n"
+                   b"1 2 3 4 5 6 7 8 9 10 11 12\n",
+    "grid_binary": b"# vtk DataFile Version 5.1\nt\nBINARY\nDATASET STRUCTURED_GRID\n"
+                   b"FIELD FieldData 1\nTIME 1 1 double\n" + bytes(8) +
+                   b"\nDIMENSIONS 2 1 1\nPOINTS 2 float\n" + struct.pack(">6f", *range(6)) +
+                   b"\nMETADATA\nINFORMATION 0\n\nCELL_DATA 1\nSCALARS c int\nLOOKUP_TABLE x\n" +
+                   bytes(4) + b"\nPOINT_DATA 2\nFIELD f 2\nmany 6 2 vtktypeint64\n" +
+                   struct.pack(">12q", *range(12)) + b"\nMETADATA\nx\n\nbits 1 2 bit\n\x80\n",
+    "attributes": b"# vtk DataFile Version 2.0\nt\nASCII\nDATASET STRUCTURED_POINTS\n"
+                  b"DIMENSIONS 1 1 1\nASPECT_RATIO 1 1 1\nORIGIN 0 0 0\nPOINT_DATA 1\n"
+                  b"COLOR_SCALARS c 3\n.5 0 1\nNORMALS n float\n0 0 1\n"
+                  b"TEXTURE_COORDINATES t 2 float\n0 1\nTENSORS m double\n1 0 0 0 1 0 0 0 1\n"
+                  b"LOOKUP_TABLE x 1\n0 0 0 1\nGLOBAL_IDS i int\n7\n",
+    "large": b"# vtk DataFile Version 3.0\nt\nBINARY\nDATASET STRUCTURED_POINTS\n"
+             b"DIMENSIONS 2000000000 2000000000 2\nPOINT_DATA 8000000000000000000\n"
+             b"SCALARS s double 4\nLOOKUP_TABLE default\n",
+}
+
 
 def write(harness, seeds):
     folder = CORPUS / harness
@@ -152,3 +189,5 @@ write("CPGFileFuzz", CODE_PAGES)
 write("TableExportFuzz",
       {name: struct.pack("<BH", kind, len(t)) + t + memo
        for name, (kind, t, memo) in EXPORTS.items()})
+write("AsciiGridFuzz", ASCII_GRIDS)
+write("VtkReaderFuzz", VTK_FILES)

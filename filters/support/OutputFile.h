@@ -27,8 +27,8 @@ class OutputFile {
 
  private:
   std::wstring path_;
+  corvel::CBufferedFile file_;  // before the name under which it is opened
   std::wstring temporary_;
-  corvel::CBufferedFile file_;
 };
 
 }  // namespace trovan::filters

@@ -175,6 +175,39 @@ VTK_FILES = {
 }
 
 
+def envi(samples, lines, bands, code, *more):
+    """The header of an ENVI raster; the harness has 512 bytes of values for it."""
+    fields = [f"samples = {samples}", f"lines = {lines}", f"bands = {bands}", f"data type = {code}"]
+    return "\n".join(["ENVI", *fields, *more, ""]).encode()
+
+
+ENVI_HEADERS = {
+    "one_band": envi(4, 3, 1, 1),
+    "sequential": envi(4, 3, 2, 2, "interleave = bsq", "byte order = 1"),
+    "by_line": envi(3, 2, 4, 5, "interleave = bil", "byte order = 0", "header offset = 5"),
+    "by_pixel": envi(3, 2, 6, 12, "interleave = BIP", "Byte  Order = 1"),
+    "lists": envi(2, 2, 2, 1, "interleave = bil", "description = {", "; a comment", "two {bands}}",
+                  "band names = {red,", " near infrared}", "wavelength = {1.5, 2}"),
+    "map": envi(2, 2, 1, 4, "byte order = 0", "data ignore value = -1e30",
+                "map info = {UTM, 1.5, 1.5, 500000, 6.65e6, 30.1, 20.3, 33, North, rotation=3}"),
+    "upward": envi(2, 3, 1, 13, "byte order = 0", "data ignore value = nan",
+                   "map info = {Arbitrary, 1, 1, 0.1, 0.2, -0.3, -0.7}"),
+    "windows": envi(2, 2, 1, 1, "description = {\xe5}").replace(b"\n", b"\r\n"),
+    "large": envi(4294967295, 4294967295, 4294967295, 14, "interleave = bsq", "byte order = 0"),
+    "complex": envi(2, 2, 1, 6, "byte order = 0"),
+    "other_program": b"BYTEORDER I\nLAYOUT BIL\nNROWS 2\n",
+    "open_brace": envi(2, 2, 1, 1, "band names = {a,"),
+}
+
+HGT_TILES = {
+    "two": bytes(range(8)),
+    "three": struct.pack(">9h", *range(-4, 5)),
+    "void": struct.pack(">4h", -32768, 0, 1, -32768),
+    "no_square": bytes(10),
+    "empty": b"",
+}
+
+
 def write(harness, seeds):
     folder = CORPUS / harness
     folder.mkdir(parents=True, exist_ok=True)
@@ -191,3 +224,5 @@ write("TableExportFuzz",
        for name, (kind, t, memo) in EXPORTS.items()})
 write("AsciiGridFuzz", ASCII_GRIDS)
 write("VtkReaderFuzz", VTK_FILES)
+write("EnviHeaderFuzz", ENVI_HEADERS)
+write("HgtFuzz", HGT_TILES)

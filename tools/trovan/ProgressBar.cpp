@@ -16,14 +16,18 @@ constexpr int kWidth = 40;
 
 }  // namespace
 
-ProgressBar::ProgressBar(std::string title)
+ProgressBar::ProgressBar(std::string title, Output output)
     : title_(std::move(title)),
-      watched_(corvel::IsTerminal(corvel::StandardStream::kError) &&
-               !corvel::IsTerminal(corvel::StandardStream::kOutput)),
+      watched_(
+          corvel::IsTerminal(corvel::StandardStream::kError) &&
+          !(output == Output::kStandard && corvel::IsTerminal(corvel::StandardStream::kOutput))),
       next_(std::chrono::steady_clock::now() + kPatience) {}
 
-ProgressBar::~ProgressBar() {
+ProgressBar::~ProgressBar() { Hide(); }
+
+void ProgressBar::Hide() {
   if (drawn_) std::fputs("\r\033[K", stderr);
+  drawn_ = false;
 }
 
 bool ProgressBar::Update(double fraction) {

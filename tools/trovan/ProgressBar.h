@@ -11,9 +11,14 @@ namespace trovan::tool {
 
 class ProgressBar : public corvel::IProgress {
  public:
-  // Draws only if standard error is a terminal and standard output is not: output on the terminal
-  // is progress enough.
-  explicit ProgressBar(std::string title);
+  // Where the work puts its results as it goes on.
+  enum class Output {
+    kStandard,  // on standard output: if that is a terminal, the output is progress enough
+    kElsewhere,
+  };
+
+  // Draws only if standard error is a terminal.
+  explicit ProgressBar(std::string title, Output output = Output::kStandard);
 
   // Removes the bar.
   ~ProgressBar() override;
@@ -23,6 +28,9 @@ class ProgressBar : public corvel::IProgress {
 
   // False once the user has asked to stop.
   bool Update(double fraction) override;
+
+  // Takes the bar away until the next Update, so that a message can be shown.
+  void Hide();
 
  private:
   void Draw(double fraction);

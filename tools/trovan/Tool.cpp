@@ -12,6 +12,7 @@
 #include <corvel/Exception.h>
 
 #include "StandardOutput.h"
+#include "lattice/LatticeCommand.h"
 #include "table/TableCommand.h"
 
 namespace trovan::tool {
@@ -51,6 +52,7 @@ int Run(int argc, char** argv) {
 
   std::function<int()> work;
   AddTableCommand(app, work);
+  AddLatticeCommand(app, work);
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& wanted) {  // --help, --version

@@ -25,7 +25,8 @@ void Watch(int signal) {
 }  // namespace
 
 bool IsTerminal(StandardStream stream) {
-  return ::isatty(stream == StandardStream::kOutput ? STDOUT_FILENO : STDERR_FILENO) != 0;
+  constexpr int kDescriptors[] = {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
+  return ::isatty(kDescriptors[static_cast<int>(stream)]) != 0;
 }
 
 std::error_code WriteStandardOutput(std::string_view bytes) {

@@ -8,9 +8,9 @@
 
 namespace corvel {
 
-enum class StandardStream { kOutput, kError };
+enum class StandardStream { kInput, kOutput, kError };
 
-// Whether a person watches the stream.
+// Whether a person watches the stream, or types into it.
 CORVEL_API bool IsTerminal(StandardStream stream);
 
 // Writes all the bytes to standard output, unbuffered. Returns the system's reason when it cannot:

@@ -122,6 +122,18 @@ std::vector<std::string> Names(const std::map<std::string, T>& names) {
   return list;
 }
 
+// A lattice of 3 columns, 2 rows and the components r, g, b, before and after.
+constexpr const char* kConvertFooter = R"(
+Example: trovan lattice convert in.hdr out.img --interleave bip --rows bottom-up
+
+  in.img: band after band, top row first       out.img: pixel after pixel, bottom row first
+
+      r1 r2 r3    g1 g2 g3    b1 b2 b3             r4 g4 b4   r5 g5 b5   r6 g6 b6
+      r4 r5 r6    g4 g5 g6    b4 b5 b6             r1 g1 b1   r2 g2 b2   r3 g3 b3
+
+The values pass through temporary files as large as the lattice, in the folder that TMPDIR
+names or /tmp. The output appears under its name when it is complete.)";
+
 void AddFormOptions(CLI::App& command, ConvertArguments& arguments) {
   command
       .add_option("--interleave", arguments.interleave,
@@ -176,9 +188,7 @@ void AddValueOptions(CLI::App& command, ConvertArguments& arguments) {
 void AddLatticeConvert(CLI::App& lattice, Work& work) {
   auto* command = lattice.add_subcommand(
       "convert", "Write a lattice in another format or order; it may be far larger than memory");
-  command->footer(
-      "The values pass through temporary files as large as the lattice, in the folder that TMPDIR "
-      "names or /tmp. The output appears under its name when it is complete.");
+  command->footer(kConvertFooter);
   auto arguments = std::make_shared<ConvertArguments>();
   AddLatticeInput(*command, arguments->input);
   command

@@ -69,7 +69,8 @@ std::string Nodes(const LatticeReport& report) {
   const auto& header = report.header;
   return std::to_string(header.columns) + " columns x " + std::to_string(header.rows) + " rows x " +
          std::to_string(header.planes) + " planes, " + std::to_string(header.components) +
-         " of type " + std::string(NodeTypeName(header.dataType)) + " each";
+         (header.components == 1 ? " component" : " components") + " of type " +
+         std::string(NodeTypeName(header.dataType));
 }
 
 std::string Counted(const LatticeReport& report, std::uint64_t ComponentReport::*count) {

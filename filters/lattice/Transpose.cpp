@@ -70,10 +70,9 @@ void Transpose(MatrixPlace from, MatrixPlace to, std::size_t rows, std::size_t c
       return TransposeInTiles<2>(from, to, rows, columns);
     case 4:
       return TransposeInTiles<4>(from, to, rows, columns);
-    case 8:
-      return TransposeInTiles<8>(from, to, rows, columns);
     default:
-      assert(!"elements have 1, 2, 4 or 8 bytes");
+      assert(elementSize == 8 && "elements have 1, 2, 4 or 8 bytes");
+      return TransposeInTiles<8>(from, to, rows, columns);
   }
 }
 

@@ -50,7 +50,7 @@ std::wstring WithoutExtension(const std::wstring& path) {
 }
 
 std::wstring FindRaw(const std::wstring& header) {
-  const std::wstring base = WithoutExtension(header);
+  std::wstring base = WithoutExtension(header);
   if (corvel::FileExists(base)) return base;
   std::vector<std::wstring> lookedFor{base};
   for (const wchar_t* extension : kRawExtensions) {

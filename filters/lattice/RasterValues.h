@@ -15,9 +15,10 @@ namespace trovan::filters {
 
 // Where each value lies. Band number = plane * components + component.
 struct RasterLayout {
-  // For the lattice of `header`, with the row order that it states.
-  RasterLayout(const LatticeHeader& header, Interleave interleave, ByteOrder byteOrder,
-               std::uint64_t dataOffset);
+  // For the lattice of `header`, with the row order that it states and `offset` bytes before its
+  // first value.
+  RasterLayout(const LatticeHeader& header, Interleave order, ByteOrder byteOrder,
+               std::uint64_t offset);
 
   // The bytes of one row of one band, of one row of nodes, and of one row of all planes.
   std::size_t BandRowSize() const { return columns * elementSize; }

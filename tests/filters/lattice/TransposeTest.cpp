@@ -15,12 +15,13 @@ unsigned char* At(std::string& bytes, std::size_t offset) {
   return reinterpret_cast<unsigned char*>(bytes.data()) + offset;
 }
 
-// Each shape with gaps after the rows of both places, which must stay as they are.
-void ExpectTransposed(std::size_t rows, std::size_t columns, std::size_t size) {
-  SCOPED_TRACE(testing::Message() << rows << " x " << columns << " elements of " << size);
+// With gaps of that many bytes after the rows of both places, which must stay as they are.
+void ExpectTransposed(std::size_t rows, std::size_t columns, std::size_t size, std::size_t gap) {
+  SCOPED_TRACE(testing::Message() << rows << " x " << columns << " elements of " << size << ", gap "
+                                  << gap);
   std::mt19937 random(static_cast<unsigned>(rows * 1000 + columns));
-  const std::size_t fromStride = columns * size + 3;
-  const std::size_t toStride = rows * size + 5;
+  const std::size_t fromStride = columns * size + gap;
+  const std::size_t toStride = rows * size + gap;
   std::string from(rows * fromStride, '\0');
   for (char& byte : from) byte = static_cast<char>(test::Below(random, 256));
   std::string to(columns * toStride, '#');
@@ -37,9 +38,9 @@ void ExpectTransposed(std::size_t rows, std::size_t columns, std::size_t size) {
 
 TEST(Transpose, MakesRowsOfColumnsInEveryShapeAndSize) {
   for (const std::size_t size : {1U, 2U, 4U, 8U}) {
-    for (const std::size_t rows : {1U, 2U, 3U, 31U, 32U, 33U, 65U, 700U}) {
-      for (const std::size_t columns : {1U, 2U, 5U, 64U, 65U, 1025U, 2049U}) {
-        ExpectTransposed(rows, columns, size);
+    for (const std::size_t rows : {1U, 2U, 3U, 4U, 5U, 15U, 16U, 17U, 65U, 700U}) {
+      for (const std::size_t columns : {1U, 2U, 3U, 4U, 5U, 32U, 33U, 513U, 1025U}) {
+        for (const std::size_t gap : {0U, 3U}) ExpectTransposed(rows, columns, size, gap);
       }
     }
   }

@@ -38,10 +38,9 @@ CellMeans::CellMeans(const LatticeHeader& header, unsigned component, unsigned m
 
 void CellMeans::AddRow(unsigned row, const void* nodes) {
   const std::size_t first = CellOf(row, rows_, height_) * width_;
-  WithNodeType(type_, [&]<typename T>(NodeType<T>) {
-    const auto* element = static_cast<const unsigned char*>(nodes) + component_ * sizeof(T);
-    for (unsigned x = 0; x < columns_; ++x, element += components_ * sizeof(T)) {
-      T stored;
+  VisitElementType(type_, [&](auto stored) {
+    const auto* element = static_cast<const unsigned char*>(nodes) + component_ * sizeof stored;
+    for (unsigned x = 0; x < columns_; ++x, element += components_ * sizeof stored) {
       std::memcpy(&stored, element, sizeof stored);
       const auto value = static_cast<double>(stored);
       if (!std::isfinite(value) || (voidValue_ && value == *voidValue_)) continue;

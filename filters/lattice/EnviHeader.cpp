@@ -1,12 +1,11 @@
 #include "filters/lattice/EnviHeader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
-#include <system_error>
 
 #include "filters/lattice/EnviFields.h"
+#include "filters/lattice/NumberText.h"
 #include "filters/support/FilterError.h"
 
 namespace trovan::filters {
@@ -52,12 +51,8 @@ constexpr std::size_t kMapNumbers = 6;
 constexpr std::size_t kMapItems = 1 + kMapNumbers;  // what follows them is kept as text
 
 template <typename T>
-bool ParseNumber(std::string_view text, T& value) {
-  // from_chars takes no plus sign, people do.
-  if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  return error == std::errc() && stop == end;
+bool IsNumber(std::string_view text, T& value) {
+  return ParseNumber(text, value) == NumberStatus::kNumber;
 }
 
 std::string InSmallLetters(std::string text) {
@@ -80,7 +75,7 @@ class Parser {
     header.lines = ReadCount("lines");
     header.bands = ReadCount("bands");
     if (const EnviField* field = Take("header offset")) {
-      if (!ParseNumber(field->value, header.headerOffset)) {
+      if (!IsNumber(field->value, header.headerOffset)) {
         FailInField(file_, *field, "a whole number of bytes, 0 or more");
       }
     }
@@ -132,7 +127,7 @@ class Parser {
   std::uint32_t ReadCount(std::string_view name) {
     const EnviField& field = Require(name);
     std::uint32_t count = 0;
-    if (!ParseNumber(field.value, count) || count == 0) {
+    if (!IsNumber(field.value, count) || count == 0) {
       FailInField(
           file_, field,
           "a whole number from 1 to " + std::to_string(std::numeric_limits<std::uint32_t>::max()));
@@ -143,7 +138,7 @@ class Parser {
   corvel::PrimType ReadDataType() {
     const EnviField& field = Require("data type");
     unsigned code = 0;
-    if (ParseNumber(field.value, code)) {
+    if (IsNumber(field.value, code)) {
       for (const auto& [known, type] : kTypes) {
         if (code == known) return type;
       }
@@ -177,7 +172,7 @@ class Parser {
       return ByteOrder::kLittleEndian;
     }
     unsigned order = 0;
-    if (!ParseNumber(field->value, order) || order > 1) {
+    if (!IsNumber(field->value, order) || order > 1) {
       FailInField(file_, *field, "0 (little-endian) or 1 (big-endian)");
     }
     return order == 0 ? ByteOrder::kLittleEndian : ByteOrder::kBigEndian;
@@ -187,7 +182,7 @@ class Parser {
     const EnviField* field = Take("data ignore value");
     if (field == nullptr) return std::nullopt;
     double value = 0.0;
-    if (!ParseNumber(field->value, value)) FailInField(file_, *field, "a number");
+    if (!IsNumber(field->value, value)) FailInField(file_, *field, "a number");
     return value;
   }
 
@@ -205,7 +200,7 @@ class Parser {
     double* const numbers[kMapNumbers] = {&info.pixelX,   &info.pixelY, &info.easting,
                                           &info.northing, &info.xSize,  &info.ySize};
     for (std::size_t i = 0; i < kMapNumbers; ++i) {
-      if (ParseNumber(items[i + 1], *numbers[i]) && std::isfinite(*numbers[i])) continue;
+      if (IsNumber(items[i + 1], *numbers[i]) && std::isfinite(*numbers[i])) continue;
       FailInLine(file_, field->line,
                  "item " + std::to_string(i + 2) + " of map info is \"" + items[i + 1] +
                      "\", expected a number");
@@ -222,7 +217,7 @@ class Parser {
     if (field == nullptr) return;
     for (const std::string& item : SplitEnviList(field->value)) {
       double value = 0.0;
-      if (ParseNumber(item, value) && value == 0.0) continue;
+      if (IsNumber(item, value) && value == 0.0) continue;
       FailInLine(file_, field->line,
                  std::string(what) + " (" + field->name + "), which cannot be read");
     }
@@ -298,12 +293,6 @@ std::string_view InterleaveName(Interleave interleave) {
     if (known == interleave) return name;
   }
   return {};
-}
-
-std::string ShortestText(double value) {
-  char text[32];  // the longest is "-2.2250738585072014e-308"
-  const auto result = std::to_chars(std::begin(text), std::end(text), value);
-  return {text, result.ptr};
 }
 
 }  // namespace trovan::filters

@@ -60,7 +60,4 @@ std::string FormatEnviHeader(const EnviHeader& header);
 // "bsq", "bil" or "bip".
 std::string_view InterleaveName(Interleave interleave);
 
-// The shortest text that reads back as the same number.
-std::string ShortestText(double value);
-
 }  // namespace trovan::filters

@@ -10,6 +10,7 @@
 #include <corvel/Text.h>
 
 #include "filters/lattice/EnviPlace.h"
+#include "filters/lattice/NumberText.h"
 #include "filters/lattice/RasterValues.h"
 #include "filters/support/FilterError.h"
 

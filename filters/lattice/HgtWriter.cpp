@@ -5,8 +5,8 @@
 
 #include <corvel/Text.h>
 
-#include "filters/lattice/EnviHeader.h"
 #include "filters/lattice/HgtTile.h"
+#include "filters/lattice/NumberText.h"
 #include "filters/lattice/RasterValues.h"
 #include "filters/support/FilterError.h"
 #include "filters/support/OutputFile.h"

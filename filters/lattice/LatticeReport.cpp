@@ -56,9 +56,9 @@ class ReportSink : public LatticeRowSink {
 
   void TakeRow(unsigned /*y*/, unsigned /*z*/, void* nodes) override {
     const LatticeHeader& header = report_.header;
-    WithNodeType(header.dataType, [&]<typename T>(NodeType<T>) {
-      AddRow<T>(static_cast<const unsigned char*>(nodes), header.columns, header.voidValue,
-                report_.components);
+    VisitElementType(header.dataType, [&](auto element) {
+      AddRow<decltype(element)>(static_cast<const unsigned char*>(nodes), header.columns,
+                                header.voidValue, report_.components);
     });
     ++rows_;
     if (progress_ != nullptr && !progress_->Update(rows_ / total_)) throw Cancelled();

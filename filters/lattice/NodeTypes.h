@@ -19,34 +19,32 @@ std::optional<corvel::PrimType> NodeTypeNamed(std::string_view name);
 inline constexpr std::string_view kNodeTypeNames =
     "int8, uint8, int16, uint16, int32, uint32, int64, float or double";
 
-template <typename T>
-struct NodeType {
-  using Type = T;
-};
-
-// Calls `use` with the NodeType of the C++ type. REQUIRES: `type` is an element type.
-template <typename Use>
-void WithNodeType(corvel::PrimType type, Use use) {
+// Calls `visit` with a value of the C++ type that `type` names.
+//
+// REQUIRES: `type` is an element type.
+template <typename Visitor>
+decltype(auto) VisitElementType(corvel::PrimType type, Visitor&& visit) {
   switch (type) {
     case corvel::kInt8:
-      return use(NodeType<std::int8_t>());
+      return visit(std::int8_t{});
     case corvel::kUInt8:
-      return use(NodeType<std::uint8_t>());
+      return visit(std::uint8_t{});
     case corvel::kInt16:
-      return use(NodeType<std::int16_t>());
+      return visit(std::int16_t{});
     case corvel::kUInt16:
-      return use(NodeType<std::uint16_t>());
+      return visit(std::uint16_t{});
     case corvel::kInt32:
-      return use(NodeType<std::int32_t>());
+      return visit(std::int32_t{});
     case corvel::kUInt32:
-      return use(NodeType<std::uint32_t>());
+      return visit(std::uint32_t{});
     case corvel::kInt64:
-      return use(NodeType<std::int64_t>());
+      return visit(std::int64_t{});
     case corvel::kFloat:
-      return use(NodeType<float>());
+      return visit(float{});
     case corvel::kDouble:
-      return use(NodeType<double>());
+      break;
   }
+  return visit(double{});
 }
 
 }  // namespace trovan::filters

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <type_traits>
 
+#include "filters/lattice/NodeTypes.h"
+
 namespace trovan::filters {
 namespace {
 
@@ -85,6 +87,12 @@ void AppendNumber(std::string& text, corvel::PrimType type, const void* element)
 }
 
 void AppendNumber(std::string& text, double value) { AppendNumber(text, corvel::kDouble, &value); }
+
+std::string ShortestText(double value) {
+  std::string text;
+  AppendNumber(text, value);
+  return text;
+}
 
 void WriteLineOfNumbers(corvel::CBufferedFile& file, corvel::PrimType type, const void* elements,
                         std::size_t count) {

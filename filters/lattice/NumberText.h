@@ -17,34 +17,6 @@
 
 namespace trovan::filters {
 
-// Calls `visit` with a value of the C++ type that `type` names.
-//
-// REQUIRES: `type` is an element type.
-template <typename Visitor>
-decltype(auto) VisitElementType(corvel::PrimType type, Visitor&& visit) {
-  switch (type) {
-    case corvel::kInt8:
-      return visit(std::int8_t{});
-    case corvel::kUInt8:
-      return visit(std::uint8_t{});
-    case corvel::kInt16:
-      return visit(std::int16_t{});
-    case corvel::kUInt16:
-      return visit(std::uint16_t{});
-    case corvel::kInt32:
-      return visit(std::int32_t{});
-    case corvel::kUInt32:
-      return visit(std::uint32_t{});
-    case corvel::kInt64:
-      return visit(std::int64_t{});
-    case corvel::kFloat:
-      return visit(float{});
-    case corvel::kDouble:
-      break;
-  }
-  return visit(double{});
-}
-
 enum class NumberStatus {
   kNumber,
   kNotANumber,  // of that type: a fraction is no whole number
@@ -64,6 +36,9 @@ NumberStatus ParseNumber(std::string_view text, corvel::PrimType type, void* ele
 // "-nan".
 void AppendNumber(std::string& text, corvel::PrimType type, const void* element);
 void AppendNumber(std::string& text, double value);
+
+// The same as a text of its own.
+std::string ShortestText(double value);
 
 // Writes elements as one line, blanks between them.
 void WriteLineOfNumbers(corvel::CBufferedFile& file, corvel::PrimType type, const void* elements,

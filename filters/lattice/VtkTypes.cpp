@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "filters/lattice/NodeTypes.h"
 #include "filters/lattice/NumberText.h"
 
 namespace trovan::filters {

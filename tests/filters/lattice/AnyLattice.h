@@ -11,7 +11,7 @@
 #include <corvel/PrimType.h>
 
 #include "MemoryLattice.h"
-#include "filters/lattice/NumberText.h"
+#include "filters/lattice/NodeTypes.h"
 #include "support/Random.h"
 
 namespace trovan::test {

@@ -11,6 +11,7 @@
 #include "LatticeErrors.h"
 #include "MemoryLattice.h"
 #include "filters/lattice/AsciiGridReader.h"
+#include "filters/lattice/NodeTypes.h"
 #include "support/TempFolder.h"
 
 namespace trovan::filters {

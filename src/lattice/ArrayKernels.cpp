@@ -47,7 +47,7 @@ HWY_INLINE hn::Vec<D> LoadVector(D d, const unsigned char* at) {
 }
 
 template <class D>
-HWY_INLINE void StoreVector(D d, hn::Vec<D> vector, unsigned char* at) {
+HWY_INLINE void StoreVector(D, hn::Vec<D> vector, unsigned char* at) {
   hn::StoreU(hn::BitCast(Bytes<D>(), vector), Bytes<D>(), at);
 }
 

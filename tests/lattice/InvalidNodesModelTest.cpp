@@ -1,6 +1,7 @@
 // The filters of invalid and out-of-range nodes beside a plain model of them.
 
 #include <cmath>
+#include <limits>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -18,6 +19,8 @@ using corvel::PrimType;
 using test::Below;
 using test::NodeArray;
 using test::OnEachKindOfVectors;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 using test::OneIn;
 
 // Ordinary nodes, of which some, or none, or nearly all are troublesome.
@@ -102,10 +105,10 @@ TEST(InvalidNodesModel, AgreesOnFloatsBesideTheBounds) {
         near, std::nextafter(near, 1e38F), std::nextafter(near, -1e38F), -near, 0.0F, -0.0F};
     for (const float value : values) {
       float actual = value;
-      const bool above = FilterOutOfRangeNodes(&actual, corvel::kFloat, 1, 7.0, -INFINITY, bound);
+      const bool above = FilterOutOfRangeNodes(&actual, corvel::kFloat, 1, 7.0, -kInfinity, bound);
       ASSERT_EQ(above, static_cast<double>(value) > bound) << value << " above " << bound;
       actual = value;
-      const bool below = FilterOutOfRangeNodes(&actual, corvel::kFloat, 1, 7.0, bound, INFINITY);
+      const bool below = FilterOutOfRangeNodes(&actual, corvel::kFloat, 1, 7.0, bound, kInfinity);
       ASSERT_EQ(below, bound > static_cast<double>(value)) << value << " below " << bound;
     }
   }

@@ -18,7 +18,7 @@ std::wstring OpenBeside(const std::wstring& path, corvel::CBufferedFile& file) {
   std::random_device random;
   constexpr int kAttempts = 16;
   for (int attempt = 1;; ++attempt) {
-    const std::wstring name = path + L"." + std::to_wstring(random()) + L".part";
+    std::wstring name = path + L"." + std::to_wstring(random()) + L".part";
     if (corvel::FileExists(name) && attempt < kAttempts) continue;
     file.Open(name, "w+b", corvel::kFileExclusive, true);
     return name;

@@ -52,12 +52,15 @@ class ReportSink : public LatticeRowSink {
   ReportSink(LatticeReport& report, corvel::IProgress* progress)
       : report_(report),
         progress_(progress),
-        total_(static_cast<double>(report.header.rows) * report.header.planes) {}
+        total_(static_cast<double>(report.header.rows) * report.header.planes) {
+    const LatticeHeader& header = report.header;
+    if (header.voidValue) voidValue_ = StoredValue(header.dataType, *header.voidValue);
+  }
 
   void TakeRow(unsigned /*y*/, unsigned /*z*/, void* nodes) override {
     const LatticeHeader& header = report_.header;
     WithNodeType(header.dataType, [&]<typename T>(NodeType<T>) {
-      AddRow<T>(static_cast<const unsigned char*>(nodes), header.columns, header.voidValue,
+      AddRow<T>(static_cast<const unsigned char*>(nodes), header.columns, voidValue_,
                 report_.components);
     });
     ++rows_;
@@ -78,6 +81,7 @@ class ReportSink : public LatticeRowSink {
   LatticeReport& report_;
   corvel::IProgress* progress_;
   double total_;
+  std::optional<double> voidValue_;
   double rows_ = 0.0;
 };
 

@@ -8,8 +8,8 @@
 #include <corvel/Exception.h>
 
 #include "EnviFixture.h"
-#include "FileSizeLimit.h"
 #include "filters/lattice/EnviReader.h"
+#include "support/FileSizeLimit.h"
 
 namespace trovan::filters {
 namespace {

@@ -6,10 +6,10 @@
 #include <corvel/Exception.h>
 
 #include "EnviFixture.h"
-#include "FileSizeLimit.h"
 #include "filters/lattice/HgtReader.h"
 #include "filters/lattice/HgtTile.h"
 #include "filters/lattice/HgtWriter.h"
+#include "support/FileSizeLimit.h"
 
 namespace trovan::filters {
 namespace {

@@ -8,6 +8,7 @@
 
 #include <corvel/Text.h>
 
+#include "Printable.h"
 #include "filters/lattice/NodeTypes.h"
 
 namespace trovan::tool {
@@ -19,14 +20,6 @@ using filters::LatticeReport;
 using filters::NodeTypeName;
 
 constexpr const char* kAxisNames[] = {"X", "Y", "Z"};
-
-// A file may hold anything: control characters must not reach the terminal.
-std::string Printable(std::string text) {
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
-  }
-  return text;
-}
 
 std::string Line(const std::string& label, const std::string& value) {
   char start[32];
@@ -62,6 +55,22 @@ std::string RangeText(const ComponentReport& component) {
                          ? Number(*component.lowest) + " to " + Number(*component.highest)
                          : "no valid value";
   if (!component.name.empty()) text += " (" + component.name + ")";
+  return text;
+}
+
+// One line for each component, and one that counts those beyond the first dozen: a spectral raster
+// has hundreds.
+std::string RangeLines(const LatticeReport& report) {
+  constexpr std::size_t kShown = 12;
+  const auto& components = report.components;
+  std::string text;
+  for (std::size_t c = 0; c < std::min(components.size(), kShown); ++c) {
+    const std::string label = components.size() == 1 ? "Range" : "Range " + std::to_string(c);
+    text += Line(label, RangeText(components[c]));
+  }
+  if (components.size() > kShown) {
+    text += Line("", "and " + std::to_string(components.size() - kShown) + " components more");
+  }
   return text;
 }
 
@@ -136,11 +145,7 @@ std::string LatticeReportAsText(const std::string& name, const LatticeReport& re
       text += Line(kAxisNames[axis], Number(range[0]) + " to " + Number(range[1]));
     }
   }
-  for (std::size_t c = 0; c < report.components.size(); ++c) {
-    const std::string label =
-        report.components.size() == 1 ? "Range" : "Range " + std::to_string(c);
-    text += Line(label, RangeText(report.components[c]));
-  }
+  text += RangeLines(report);
   if (header.voidValue) {
     text += Line("Void values",
                  Counted(report, &ComponentReport::voids) + " of " + Number(*header.voidValue));

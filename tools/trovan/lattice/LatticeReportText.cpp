@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <sstream>
 
 #include <nlohmann/json.hpp>
 
@@ -89,13 +90,13 @@ std::string Counted(const LatticeReport& report, std::uint64_t ComponentReport::
 
 // The library's text, without its carriage returns and indented.
 std::string InfoLines(const std::wstring& infoText) {
-  std::string lines = "    ";
-  for (const char c : corvel::Utf8FromWide(infoText)) {
-    if (c == '\r') continue;
-    lines += c == '\t' ? ' ' : c;
-    if (c == '\n') lines += "    ";
+  std::istringstream text(corvel::Utf8FromWide(infoText));
+  std::string lines;
+  for (std::string line; std::getline(text, line);) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    std::replace(line.begin(), line.end(), '\t', ' ');
+    lines += "    " + Printable(line) + '\n';
   }
-  lines.erase(lines.find_last_not_of(' ') + 1);
   return lines;
 }
 

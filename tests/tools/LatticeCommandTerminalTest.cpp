@@ -63,9 +63,8 @@ TEST_F(LatticeCommandTerminalTest, AsksOnceWhetherToReplaceInvalidNodesAndGoesOn
 
 TEST_F(LatticeCommandTerminalTest, StopsUnlessTheAnswerIsYes) {
   const std::string raster = SaveInvalid();
-  const std::string endOfInput = "\x04";
-  for (const std::string no : {std::string("n\n"), std::string("no\n"), std::string("\n"),
-                               std::string("yesterday and the day before\n"), endOfInput}) {
+  const char* const endOfInput = "\x04";
+  for (const char* no : {"n\n", "no\n", "\n", "yesterday and the day before\n", endOfInput}) {
     Terminal terminal({"lattice", "convert", raster, Path("out.asc")});
     ASSERT_TRUE(terminal.WaitFor(Question(raster))) << terminal.Screen();
     terminal.Type(no);

@@ -178,7 +178,8 @@ void AddLatticeConvert(CLI::App& lattice, Work& work) {
       "convert", "Write a lattice in another format or order; it may be far larger than memory");
   command->footer(
       "The values pass through temporary files as large as the lattice, in the folder that TMPDIR "
-      "names or /tmp. The output appears under its name when it is complete.");
+      "names or /tmp. The output appears under its name when it is complete.\n\n" +
+      command->get_footer());
   auto arguments = std::make_shared<ConvertArguments>();
   AddLatticeInput(*command, arguments->input);
   command

@@ -5,6 +5,7 @@
 
 #include <trovan/TypedArrays.h>
 
+#include "filters/lattice/NodeTypes.h"
 #include "filters/support/FilterError.h"
 
 namespace trovan::filters {
@@ -38,10 +39,13 @@ AxisSpacing MeasureAxis(const LatticeHeader& header, unsigned axis, double toler
                                                 coordinates.data() + (spacing.count - 1) * size);
   if (spacing.count == 1) return spacing;
   spacing.step = (spacing.last - spacing.first) / (spacing.count - 1);
-  spacing.equal =
-      IsEquallySpaced(header.coordType, spacing.count, coordinates.data(), tolerancePercent);
   spacing.deviationInPercent =
       MaxDeviationFromUniform(header.coordType, spacing.count, coordinates.data());
+  // IsEquallySpaced allows descending steps of floating-point numbers no deviation at all.
+  const bool descends = !IsInteger(header.coordType) && spacing.step < 0;
+  spacing.equal = descends ? spacing.deviationInPercent <= tolerancePercent
+                           : IsEquallySpaced(header.coordType, spacing.count, coordinates.data(),
+                                             tolerancePercent);
   return spacing;
 }
 

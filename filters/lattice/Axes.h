@@ -13,7 +13,7 @@ struct AxisSpacing {
   double first = 0.0;
   double last = 0.0;
   double step = 1.0;                // the mean step; 1 for a single coordinate
-  bool equal = true;                // by IsEquallySpaced with the tolerance
+  bool equal = true;                // within the tolerance; integers: exactly
   double deviationInPercent = 0.0;  // of the mean step: the largest error of a step
 };
 

@@ -10,6 +10,9 @@
 namespace trovan::filters {
 namespace {
 
+// Sums are kept in 2^64ths, so that no count of nodes makes one overflow.
+constexpr double kScale = 0x1p-64;
+
 // A side of `nodes` nodes when the longer one, of `longest`, gets at most `most` cells.
 unsigned Cells(unsigned nodes, unsigned longest, unsigned most) {
   if (longest <= most) return nodes;
@@ -30,11 +33,12 @@ CellMeans::CellMeans(const LatticeHeader& header, unsigned component, unsigned m
       rows_(header.rows),
       components_(header.components),
       component_(component),
-      voidValue_(header.voidValue),
       width_(Cells(columns_, std::max(columns_, rows_), most)),
       height_(Cells(rows_, std::max(columns_, rows_), most)),
       sums_(std::size_t{width_} * height_),
-      counts_(sums_.size()) {}
+      counts_(sums_.size()) {
+  if (header.voidValue) voidValue_ = StoredValue(type_, *header.voidValue);
+}
 
 void CellMeans::AddRow(unsigned row, const void* nodes) {
   const std::size_t first = CellOf(row, rows_, height_) * width_;
@@ -45,7 +49,7 @@ void CellMeans::AddRow(unsigned row, const void* nodes) {
       const auto value = static_cast<double>(stored);
       if (!std::isfinite(value) || (voidValue_ && value == *voidValue_)) continue;
       const std::size_t cell = first + CellOf(x, columns_, width_);
-      sums_[cell] += value;
+      sums_[cell] += value * kScale;
       ++counts_[cell];
     }
   });
@@ -54,8 +58,10 @@ void CellMeans::AddRow(unsigned row, const void* nodes) {
 CellGrid CellMeans::Finish() const {
   CellGrid grid{width_, height_, std::vector<double>(sums_.size())};
   for (std::size_t i = 0; i < sums_.size(); ++i) {
+    const double mean = sums_[i] / static_cast<double>(counts_[i]) / kScale;
     grid.values[i] = counts_[i] == 0 ? std::numeric_limits<double>::quiet_NaN()
-                                     : sums_[i] / static_cast<double>(counts_[i]);
+                                     : std::clamp(mean, std::numeric_limits<double>::lowest(),
+                                                  std::numeric_limits<double>::max());
   }
   return grid;
 }

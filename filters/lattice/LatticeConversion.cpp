@@ -35,9 +35,8 @@ class RowCount {
     if (progress_ == nullptr || ++done_ % kRowsBetween != 0) return;
     if (!progress_->Update(static_cast<double>(done_) / total_)) throw Cancelled();
   }
-  void Last() const {
-    if (progress_ != nullptr && !progress_->Update(1.0)) throw Cancelled();
-  }
+  // The output has its name by now: it is too late to stop.
+  void Last() const { corvel::UpdateProgress(progress_, 1.0); }
 
  private:
   corvel::IProgress* progress_;

@@ -52,13 +52,16 @@ class ReportSink : public LatticeRowSink {
   ReportSink(LatticeReport& report, corvel::IProgress* progress)
       : report_(report),
         progress_(progress),
-        total_(static_cast<double>(report.header.rows) * report.header.planes) {}
+        total_(static_cast<double>(report.header.rows) * report.header.planes) {
+    const LatticeHeader& header = report.header;
+    if (header.voidValue) voidValue_ = StoredValue(header.dataType, *header.voidValue);
+  }
 
   void TakeRow(unsigned /*y*/, unsigned /*z*/, void* nodes) override {
     const LatticeHeader& header = report_.header;
     VisitElementType(header.dataType, [&](auto element) {
       AddRow<decltype(element)>(static_cast<const unsigned char*>(nodes), header.columns,
-                                header.voidValue, report_.components);
+                                voidValue_, report_.components);
     });
     ++rows_;
     if (progress_ != nullptr && !progress_->Update(rows_ / total_)) throw Cancelled();
@@ -78,6 +81,7 @@ class ReportSink : public LatticeRowSink {
   LatticeReport& report_;
   corvel::IProgress* progress_;
   double total_;
+  std::optional<double> voidValue_;
   double rows_ = 0.0;
 };
 

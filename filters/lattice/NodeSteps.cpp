@@ -11,10 +11,6 @@
 namespace trovan::filters {
 namespace {
 
-bool IsFloatingPoint(corvel::PrimType type) {
-  return type == corvel::kFloat || type == corvel::kDouble;
-}
-
 // The types whose values FilterOutOfRangeNodes compares.
 bool CanBeCompared(corvel::PrimType type) {
   return type != corvel::kInt8 && type != corvel::kUInt8 && type != corvel::kInt64;
@@ -32,9 +28,12 @@ void CheckOptions(const LatticeHeader& header, const NodeOptions& options) {
         "these are of the type " +
         std::string(NodeTypeName(header.dataType)));
   }
+  if (options.validRange && !(options.validRange->lowest <= options.validRange->highest)) {
+    throw FilterError("no value lies in the valid range: its lowest value has to come first");
+  }
   if (!options.scale) return;
   if (!options.type) throw FilterError("values are scaled to a type; say which");
-  if (IsFloatingPoint(*options.type)) {
+  if (!IsInteger(*options.type)) {
     throw FilterError("values are scaled to integer types; " +
                       std::string(NodeTypeName(*options.type)) + " takes them as they are");
   }
@@ -59,14 +58,19 @@ NodeSteps::NodeSteps(const LatticeHeader& header, const NodeOptions& options,
   if (!options_.type) return;
   result_.dataType = *options_.type;
   converted_.resize(RowSize(result_));
-  if (header.voidValue) {
-    // As a node of that value would be converted.
-    double from = 0.0;
-    unsigned char to[sizeof(double)];
-    PTConvertByTruncation(corvel::kDouble, type_, const_cast<double*>(&*header.voidValue), &from);
-    ConvertOne(&from, to);
-    result_.voidValue = corvel::CPrimData::GetWideReal(result_.dataType, to);
-  }
+  result_.voidValue = header.voidValue ? ConvertedVoid(*header.voidValue) : std::nullopt;
+}
+
+// As a node of that value would be converted. When there can be no such node, whatever the value
+// became would mark nodes that were valid.
+std::optional<double> NodeSteps::ConvertedVoid(double voidValue) const {
+  auto stored = StoredValue(type_, voidValue);
+  if (!stored) return std::nullopt;
+  unsigned char from[sizeof(double)];
+  unsigned char to[sizeof(double)];
+  PTConvertByTruncation(corvel::kDouble, type_, &*stored, &from[0]);
+  ConvertOne(&from[0], &to[0]);
+  return corvel::CPrimData::GetWideReal(result_.dataType, &to[0]);
 }
 
 void* NodeSteps::Apply(void* nodes) {

@@ -60,6 +60,7 @@ class NodeSteps {
   void* Apply(void* nodes);
 
  private:
+  std::optional<double> ConvertedVoid(double voidValue) const;
   void ReplaceInvalid(void* nodes);
   void* Convert(void* nodes);
   void ConvertOne(void* from, void* to) const;

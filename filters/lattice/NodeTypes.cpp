@@ -1,7 +1,10 @@
 #include "filters/lattice/NodeTypes.h"
 
 #include <array>
+#include <cmath>
 #include <cstddef>
+
+#include <trovan/TypedArrays.h>
 
 namespace trovan::filters {
 namespace {
@@ -22,6 +25,16 @@ std::optional<corvel::PrimType> NodeTypeNamed(std::string_view name) {
     if (kNames[i] == name) return static_cast<corvel::PrimType>(i);
   }
   return std::nullopt;
+}
+
+bool IsInteger(corvel::PrimType type) { return type != corvel::kFloat && type != corvel::kDouble; }
+
+std::optional<double> StoredValue(corvel::PrimType type, double value) {
+  unsigned char node[sizeof(double)];
+  PTConvertByTruncation(corvel::kDouble, type, &value, &node[0]);
+  const double stored = corvel::CPrimData::GetWideReal(type, &node[0]);
+  const bool isHeld = IsInteger(type) ? stored == value : std::isfinite(stored);
+  return isHeld ? std::optional(stored) : std::nullopt;
 }
 
 }  // namespace trovan::filters

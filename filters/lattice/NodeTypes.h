@@ -19,6 +19,12 @@ std::optional<corvel::PrimType> NodeTypeNamed(std::string_view name);
 inline constexpr std::string_view kNodeTypeNames =
     "int8, uint8, int16, uint16, int32, uint32, int64, float or double";
 
+bool IsInteger(corvel::PrimType type);
+
+// What a node of the type holds when it stands for `value`: of floats the nearest one. None when no
+// node of the type can hold it, such as -9999 among unsigned bytes, or a number that is not finite.
+std::optional<double> StoredValue(corvel::PrimType type, double value);
+
 // Calls `visit` with a value of the C++ type that `type` names.
 //
 // REQUIRES: `type` is an element type.

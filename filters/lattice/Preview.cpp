@@ -24,6 +24,11 @@ void CheckOptions(const LatticeHeader& header, const PreviewOptions& options) {
                       "; components count from 0 to " + std::to_string(header.components - 1));
   }
   if (options.pixels == 0) throw FilterError("a picture needs at least one pixel");
+  if (!std::isfinite(options.lowest.value_or(0.0)) ||
+      !std::isfinite(options.highest.value_or(0.0)) ||
+      (options.lowest && options.highest && *options.lowest >= *options.highest)) {
+    throw FilterError("the colours need a range of finite values, the lower one first");
+  }
 }
 
 // Averages the rows of one plane as they come.

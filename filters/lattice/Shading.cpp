@@ -61,7 +61,7 @@ double Neighbour(const CellGrid& grid, std::size_t x, std::size_t y, int dx, int
 double RiseTowardLight(const CellGrid& grid, std::size_t x, std::size_t y) {
   const double right = Neighbour(grid, x, y, 1, 0) / 2 - Neighbour(grid, x, y, -1, 0) / 2;
   const double down = Neighbour(grid, x, y, 0, 1) / 2 - Neighbour(grid, x, y, 0, -1) / 2;
-  return -(right + down) / 2;
+  return -right / 2 - down / 2;
 }
 
 // The typical rise. Measured in it, light and shadow look alike whatever the units of the values

@@ -11,6 +11,7 @@
 #include <corvel/Console.h>
 #include <corvel/Exception.h>
 
+#include "Printable.h"
 #include "StandardOutput.h"
 #include "lattice/LatticeCommand.h"
 #include "table/TableCommand.h"
@@ -19,7 +20,7 @@ namespace trovan::tool {
 namespace {
 
 int Fail(const char* reason) {
-  std::fprintf(stderr, "trovan: %s\n", reason);
+  std::fprintf(stderr, "trovan: %s\n", Printable(reason).c_str());
   return kFailed;
 }
 

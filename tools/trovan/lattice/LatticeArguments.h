@@ -30,7 +30,7 @@ struct LatticeInput {
 // Adds the file and the options that tell how to read it. `input` must outlive the parsing.
 void AddLatticeInput(CLI::App& command, LatticeInput& input);
 
-// A message of the command on standard error.
+// A message of the command on standard error, without the control characters that a file may hold.
 void Warn(const std::string& message);
 
 // The remarks of a reader.

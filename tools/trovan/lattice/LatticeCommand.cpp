@@ -5,6 +5,7 @@
 #include <corvel/Path.h>
 #include <corvel/Text.h>
 
+#include "Printable.h"
 #include "lattice/LatticeArguments.h"
 
 namespace trovan::tool {
@@ -32,7 +33,9 @@ void AddLatticeInput(CLI::App& command, LatticeInput& input) {
                      "VTK: take this array of point data instead of the first");
 }
 
-void Warn(const std::string& message) { std::fprintf(stderr, "trovan: %s\n", message.c_str()); }
+void Warn(const std::string& message) {
+  std::fprintf(stderr, "trovan: %s\n", Printable(message).c_str());
+}
 
 void ShowRemarks(const LatticeInput& input, const filters::LatticeReader& reader) {
   for (const std::string& remark : reader.Header().remarks) Warn(input.Name() + ": " + remark);

@@ -189,7 +189,7 @@ void AddValueOptions(CLI::App& command, ConvertArguments& arguments) {
 void AddLatticeConvert(CLI::App& lattice, Work& work) {
   auto* command = lattice.add_subcommand(
       "convert", "Write a lattice in another format or order; it may be far larger than memory");
-  command->footer(kConvertFooter);
+  command->footer(std::string(kConvertFooter) + "\n\n" + command->get_footer());
   auto arguments = std::make_shared<ConvertArguments>();
   AddLatticeInput(*command, arguments->input);
   command

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <sstream>
 
 #include <nlohmann/json.hpp>
 
 #include <corvel/Text.h>
 
+#include "Printable.h"
 #include "filters/lattice/NodeTypes.h"
 
 namespace trovan::tool {
@@ -19,14 +21,6 @@ using filters::LatticeReport;
 using filters::NodeTypeName;
 
 constexpr const char* kAxisNames[] = {"X", "Y", "Z"};
-
-// A file may hold anything: control characters must not reach the terminal.
-std::string Printable(std::string text) {
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
-  }
-  return text;
-}
 
 std::string Line(const std::string& label, const std::string& value) {
   char start[32];
@@ -65,6 +59,22 @@ std::string RangeText(const ComponentReport& component) {
   return text;
 }
 
+// One line for each component, and one that counts those beyond the first dozen: a spectral raster
+// has hundreds.
+std::string RangeLines(const LatticeReport& report) {
+  constexpr std::size_t kShown = 12;
+  const auto& components = report.components;
+  std::string text;
+  for (std::size_t c = 0; c < std::min(components.size(), kShown); ++c) {
+    const std::string label = components.size() == 1 ? "Range" : "Range " + std::to_string(c);
+    text += Line(label, RangeText(components[c]));
+  }
+  if (components.size() > kShown) {
+    text += Line("", "and " + std::to_string(components.size() - kShown) + " components more");
+  }
+  return text;
+}
+
 std::string Nodes(const LatticeReport& report) {
   const auto& header = report.header;
   return std::to_string(header.columns) + " columns x " + std::to_string(header.rows) + " rows x " +
@@ -81,13 +91,13 @@ std::string Counted(const LatticeReport& report, std::uint64_t ComponentReport::
 
 // The library's text, without its carriage returns and indented.
 std::string InfoLines(const std::wstring& infoText) {
-  std::string lines = "    ";
-  for (const char c : corvel::Utf8FromWide(infoText)) {
-    if (c == '\r') continue;
-    lines += c == '\t' ? ' ' : c;
-    if (c == '\n') lines += "    ";
+  std::istringstream text(corvel::Utf8FromWide(infoText));
+  std::string lines;
+  for (std::string line; std::getline(text, line);) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    std::replace(line.begin(), line.end(), '\t', ' ');
+    lines += "    " + Printable(line) + '\n';
   }
-  lines.erase(lines.find_last_not_of(' ') + 1);
   return lines;
 }
 
@@ -137,11 +147,7 @@ std::string LatticeReportAsText(const std::string& name, const LatticeReport& re
       text += Line(kAxisNames[axis], Number(range[0]) + " to " + Number(range[1]));
     }
   }
-  for (std::size_t c = 0; c < report.components.size(); ++c) {
-    const std::string label =
-        report.components.size() == 1 ? "Range" : "Range " + std::to_string(c);
-    text += Line(label, RangeText(report.components[c]));
-  }
+  text += RangeLines(report);
   if (header.voidValue) {
     text += Line("Void values",
                  Counted(report, &ComponentReport::voids) + " of " + Number(*header.voidValue));

@@ -14,6 +14,7 @@
 #include <trovan/DBFCodePages.h>
 #include <trovan/DBFReader.h>
 
+#include "Printable.h"
 #include "ProgressBar.h"
 #include "StandardOutput.h"
 #include "Tool.h"
@@ -32,7 +33,9 @@ using filters::FilterError;
 using filters::JsonWriter;
 using Work = std::function<int()>;
 
-void Warn(const std::string& message) { std::fprintf(stderr, "trovan: %s\n", message.c_str()); }
+void Warn(const std::string& message) {
+  std::fprintf(stderr, "trovan: %s\n", Printable(message).c_str());
+}
 
 std::string Shown(const std::wstring& path) { return corvel::Utf8FromWide(path); }
 

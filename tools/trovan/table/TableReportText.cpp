@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Printable.h"
+
 namespace trovan::tool {
 namespace {
 
@@ -14,14 +16,6 @@ using filters::TableReport;
 std::string HexByte(unsigned byte) {
   char text[8];
   std::snprintf(text, sizeof text, "0x%02X", byte);
-  return text;
-}
-
-// A header or a file name may hold anything: control characters must not reach the terminal.
-std::string Printable(std::string text) {
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
-  }
   return text;
 }
 

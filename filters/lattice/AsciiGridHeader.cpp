@@ -22,6 +22,13 @@ bool IsNumber(std::string_view text) {
   return ParseNumber(text, ignored) != NumberStatus::kNotANumber;
 }
 
+// Programs write a byte order mark before UTF-8 where they should not.
+std::string_view WithoutMark(std::string_view word) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  if (word.starts_with(kMark)) word.remove_prefix(kMark.size());
+  return word;
+}
+
 class KeywordReader {
  public:
   explicit KeywordReader(TextScanner& scanner) : scanner_(scanner) {}
@@ -34,7 +41,7 @@ class KeywordReader {
         scanner_.Return(place);
         return Header();
       }
-      ReadKeyword(InSmallLetters(scanner_.Word()));
+      ReadKeyword(InSmallLetters(WithoutMark(scanner_.Word())));
     }
   }
 

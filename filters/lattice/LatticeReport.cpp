@@ -31,10 +31,10 @@ void AddRow(const unsigned char* row, unsigned columns, std::optional<double> vo
       T element;
       std::memcpy(&element, row + (x * components.size() + c) * sizeof(T), sizeof(T));
       const auto value = static_cast<double>(element);
-      if (!std::isfinite(value)) {
-        ++report.invalid;
-      } else if (voidValue && value == *voidValue) {
+      if (voidValue && (value == *voidValue || (std::isnan(value) && std::isnan(*voidValue)))) {
         ++report.voids;
+      } else if (!std::isfinite(value)) {
+        ++report.invalid;
       } else {
         ++report.valid;
         lowest = std::min(lowest, value);
@@ -54,7 +54,9 @@ class ReportSink : public LatticeRowSink {
         progress_(progress),
         total_(static_cast<double>(report.header.rows) * report.header.planes) {
     const LatticeHeader& header = report.header;
-    if (header.voidValue) voidValue_ = StoredValue(header.dataType, *header.voidValue);
+    if (!header.voidValue) return;
+    const bool isNan = std::isnan(*header.voidValue) && !IsInteger(header.dataType);
+    voidValue_ = isNan ? header.voidValue : StoredValue(header.dataType, *header.voidValue);
   }
 
   void TakeRow(unsigned /*y*/, unsigned /*z*/, void* nodes) override {

@@ -1,11 +1,11 @@
 #include "filters/lattice/NodeSteps.h"
 
 #include <cmath>
-#include <cstring>
 
 #include <trovan/TypedArrays.h>
 
 #include "filters/lattice/NodeTypes.h"
+#include "filters/lattice/NumberText.h"
 #include "filters/support/FilterError.h"
 
 namespace trovan::filters {
@@ -21,6 +21,19 @@ double Replacement(const LatticeHeader& header, const NodeOptions& options) {
   return header.voidValue && std::isfinite(*header.voidValue) ? *header.voidValue : 0.0;
 }
 
+void CheckVoidValue(const LatticeHeader& header, const NodeOptions& options) {
+  if (!header.voidValue) {
+    throw FilterError("this lattice has no void value, so there is nothing for another to mark");
+  }
+  const corvel::PrimType type = options.type.value_or(header.dataType);
+  if (!StoredValue(type, *options.voidValue)) {
+    throw FilterError(ShortestText(*options.voidValue) +
+                      " cannot mark nodes without a value: it is "
+                      "no value of the type " +
+                      std::string(NodeTypeName(type)));
+  }
+}
+
 void CheckOptions(const LatticeHeader& header, const NodeOptions& options) {
   if (options.validRange && !CanBeCompared(header.dataType)) {
     throw FilterError(
@@ -31,14 +44,16 @@ void CheckOptions(const LatticeHeader& header, const NodeOptions& options) {
   if (options.validRange && !(options.validRange->lowest <= options.validRange->highest)) {
     throw FilterError("no value lies in the valid range: its lowest value has to come first");
   }
+  if (options.voidValue) CheckVoidValue(header, options);
   if (!options.scale) return;
   if (!options.type) throw FilterError("values are scaled to a type; say which");
   if (!IsInteger(*options.type)) {
     throw FilterError("values are scaled to integer types; " +
                       std::string(NodeTypeName(*options.type)) + " takes them as they are");
   }
-  if (options.scale->lowest == options.scale->highest) {
-    throw FilterError("values cannot be scaled from a range that is empty");
+  if (!std::isfinite(options.scale->lowest) || !std::isfinite(options.scale->highest) ||
+      options.scale->lowest == options.scale->highest) {
+    throw FilterError("values can be scaled only from a range between two finite numbers");
   }
 }
 
@@ -52,25 +67,22 @@ NodeSteps::NodeSteps(const LatticeHeader& header, const NodeOptions& options,
       replacer_(fileName, header.dataType, Replacement(header, options), count_),
       result_(header) {
   CheckOptions(header, options);
-  if (!options.type || *options.type == type_) {
-    if (!options.scale) options_.type.reset();
-  }
-  if (!options_.type) return;
-  result_.dataType = *options_.type;
-  converted_.resize(RowSize(result_));
-  result_.voidValue = header.voidValue ? ConvertedVoid(*header.voidValue) : std::nullopt;
+  const bool newType = options.type && (*options.type != type_ || options.scale);
+  const bool newVoid = options.voidValue && options.voidValue != header.voidValue;
+  converts_ = newType || newVoid;
+  if (converts_) PrepareConversion(header);
 }
 
-// As a node of that value would be converted. When there can be no such node, whatever the value
-// became would mark nodes that were valid.
-std::optional<double> NodeSteps::ConvertedVoid(double voidValue) const {
-  auto stored = StoredValue(type_, voidValue);
-  if (!stored) return std::nullopt;
-  unsigned char from[sizeof(double)];
-  unsigned char to[sizeof(double)];
-  PTConvertByTruncation(corvel::kDouble, type_, &*stored, &from[0]);
-  ConvertOne(&from[0], &to[0]);
-  return corvel::CPrimData::GetWideReal(result_.dataType, &to[0]);
+void NodeSteps::PrepareConversion(const LatticeHeader& header) {
+  if (options_.type) result_.dataType = *options_.type;
+  converted_.resize(RowSize(result_));
+  if (header.voidValue) voidNode_ = StoredValue(type_, *header.voidValue);
+  result_.voidValue = options_.voidValue;
+  if (!options_.voidValue && !options_.scale && voidNode_ &&
+      StoredValue(result_.dataType, *voidNode_) == voidNode_) {
+    result_.voidValue = voidNode_;
+  }
+  if (result_.voidValue) voidResult_ = StoredValue(result_.dataType, *result_.voidValue);
 }
 
 void* NodeSteps::Apply(void* nodes) {
@@ -78,7 +90,7 @@ void* NodeSteps::Apply(void* nodes) {
   if (const auto& valid = options_.validRange) {
     FilterOutOfRangeNodes(nodes, type_, count_, valid->replacement, valid->lowest, valid->highest);
   }
-  return options_.type ? Convert(nodes) : nodes;
+  return converts_ ? Convert(nodes) : nodes;
 }
 
 void NodeSteps::ReplaceInvalid(void* nodes) {
@@ -92,7 +104,14 @@ void* NodeSteps::Convert(void* nodes) {
   const auto toSize = static_cast<std::size_t>(corvel::CPrimType(result_.dataType).Size());
   auto* from = static_cast<unsigned char*>(nodes);
   unsigned char* to = converted_.data();
-  for (std::size_t i = 0; i < count_; ++i, from += fromSize, to += toSize) ConvertOne(from, to);
+  for (std::size_t i = 0; i < count_; ++i, from += fromSize, to += toSize) {
+    if (voidNode_ && corvel::CPrimData::GetWideReal(type_, from) == *voidNode_) {
+      MarkVoid(to);
+    } else {
+      ConvertOne(from, to);
+      if (voidResult_) RequireDistinct(from, to);
+    }
+  }
   return converted_.data();
 }
 
@@ -103,6 +122,24 @@ void NodeSteps::ConvertOne(void* from, void* to) const {
   } else {
     PTConvertByTruncation(type_, result_.dataType, from, to);
   }
+}
+
+void NodeSteps::MarkVoid(void* to) const {
+  if (!voidResult_) {
+    throw FilterError("there are nodes without a value (" + ShortestText(*voidNode_) +
+                      "), and nothing that marks them among the converted values; --void VALUE "
+                      "chooses a mark, --valid with --replace fills them");
+  }
+  double mark = *voidResult_;
+  PTConvertByTruncation(corvel::kDouble, result_.dataType, &mark, to);
+}
+
+// A value must not come to look like none.
+void NodeSteps::RequireDistinct(void* from, void* to) const {
+  if (corvel::CPrimData::GetWideReal(result_.dataType, to) != *voidResult_) return;
+  throw FilterError("the value " + ShortestText(corvel::CPrimData::GetWideReal(type_, from)) +
+                    " becomes " + ShortestText(*voidResult_) +
+                    ", which marks nodes without a value; --void VALUE chooses another mark");
 }
 
 }  // namespace trovan::filters

@@ -39,6 +39,9 @@ struct NodeOptions {
   // The type to convert to: by truncation, or scaled.
   std::optional<corvel::PrimType> type;
   std::optional<ScaleRange> scale;
+  // The void value of the result. Otherwise it stays, if the type can hold it and nothing is
+  // scaled.
+  std::optional<double> voidValue;
   // Puts the question whether to replace and go on; for InvalidNodes::kConfirm.
   std::function<bool(const std::wstring& question)> confirm;
 };
@@ -52,24 +55,33 @@ class NodeSteps {
   // Raises FilterError for a step that cannot be done to nodes of this type.
   NodeSteps(const LatticeHeader& header, const NodeOptions& options, const std::wstring& fileName);
 
-  // The header of what comes out: the type and the void value change with a conversion.
+  // The header of what comes out: the type and the void value change with a conversion. There is no
+  // void value when it cannot stay.
   const LatticeHeader& Result() const { return result_; }
 
   // Works on one row and returns the row that comes out, which may lie in the given place or in one
-  // of this object. Raises Declined, and what `confirm` raises.
+  // of this object.
+  //
+  // Raises Declined, and what `confirm` raises; and FilterError for a node without a value when the
+  // result has no void value for it, or a value that would become the void value.
   void* Apply(void* nodes);
 
  private:
-  std::optional<double> ConvertedVoid(double voidValue) const;
+  void PrepareConversion(const LatticeHeader& header);
   void ReplaceInvalid(void* nodes);
   void* Convert(void* nodes);
   void ConvertOne(void* from, void* to) const;
+  void MarkVoid(void* to) const;
+  void RequireDistinct(void* from, void* to) const;
 
   NodeOptions options_;
   corvel::PrimType type_;
   std::size_t count_;  // elements in a row
   InvalidNodesReplacer replacer_;
   LatticeHeader result_;
+  bool converts_ = false;
+  std::optional<double> voidNode_;    // what a node without a value holds
+  std::optional<double> voidResult_;  // what it will hold
   std::vector<unsigned char> converted_;
 };
 

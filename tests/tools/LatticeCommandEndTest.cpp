@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "LatticeCommandFixture.h"
+#include "support/FileSizeLimit.h"
 
 namespace trovan::test {
 namespace {
@@ -59,15 +60,30 @@ TEST_F(LatticeCommandEndTest, LeavesTheOldOutputWhenARasterIsCutOff) {
 }
 
 // The signal comes as soon as the temporary file does; filling it and the rows take far longer.
-TEST_F(LatticeCommandEndTest, LeavesNothingBehindOnCtrlC) {
+TEST_F(LatticeCommandEndTest, LeavesNothingBehindOnCtrlCAndWhenItsTerminalCloses) {
   const std::string large = SaveLarge("large", 10'000, 20'000);
-  Process process({"lattice", "convert", large, Path("out.vtk")});
-  while (!HasDataFile()) ASSERT_FALSE(process.HasEnded());
-  process.Signal(SIGINT);
-  const Outcome outcome = process.Wait();
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    SCOPED_TRACE(signal);
+    Process process({"lattice", "convert", large, Path("out.vtk")});
+    while (!HasDataFile()) ASSERT_FALSE(process.HasEnded());
+    process.Signal(signal);
+    const Outcome outcome = process.Wait();
+    EXPECT_EQ(outcome.signal, 0);
+    EXPECT_EQ(outcome.code, 130) << outcome.errors;
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_THAT(Files(), ElementsAre("large.hdr", "large.img"));
+    EXPECT_THAT(TempFiles(), IsEmpty());
+  }
+}
+
+TEST_F(LatticeCommandEndTest, LeavesNothingBehindWhenFilesMayNotBecomeSoLarge) {
+  const std::string large = SaveLarge("large", 1'000, 1'000);
+  const FileSizeLimit limit(500'000);
+  std::signal(SIGXFSZ, SIG_DFL);  // as a program finds it that is started under ulimit
+  const Outcome outcome = Run({"convert", large, Path("out.vtk")});
   EXPECT_EQ(outcome.signal, 0);
-  EXPECT_EQ(outcome.code, 130) << outcome.errors;
-  EXPECT_EQ(outcome.output, "");
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_THAT(outcome.errors, HasSubstr("File too large"));
   EXPECT_THAT(Files(), ElementsAre("large.hdr", "large.img"));
   EXPECT_THAT(TempFiles(), IsEmpty());
 }

@@ -97,7 +97,7 @@ TEST_F(LatticeCommandTest, DescribesALattice) {
             grid + "\n" +
                 "  Format         ESRI ASCII grid\n"
                 "  Lattice        uniform\n"
-                "  Nodes          3 columns x 2 rows x 1 planes, 1 of type double each\n"
+                "  Nodes          3 columns x 2 rows x 1 planes, 1 component of type double\n"
                 "  Rows           top row first\n"
                 "  X              10 to 12, step 1, equally spaced (deviation 0 %)\n"
                 "  Y              20 to 21, step 1, equally spaced (deviation 0 %)\n"
@@ -194,7 +194,7 @@ TEST_F(LatticeCommandTest, DividesBandsIntoPlanes) {
   Save("b.hdr", EnviHeader(1, 1, 1, 6));
   const std::string raster = Save("b.img", "abcdef");
   EXPECT_THAT(Run({"info", raster, "--planes", "2"}).output,
-              HasSubstr("1 rows x 2 planes, 3 of type uint8 each"));
+              HasSubstr("1 rows x 2 planes, 3 components of type uint8"));
   const Outcome outcome = Run({"info", raster, "--planes", "4"});
   EXPECT_EQ(outcome.code, 1);
   EXPECT_THAT(outcome.errors, HasSubstr("cannot be divided into 4 planes"));
@@ -231,7 +231,8 @@ TEST_F(LatticeCommandTest, SaysWhatIsWrongWithTheInput) {
   for (const auto& c : cases) {
     for (const std::string command : {"info", "convert", "preview"}) {
       std::vector<std::string> arguments = {command, c.file};
-      if (command != "info") arguments.push_back(Path("out.vtk"));
+      if (command == "convert") arguments.push_back(Path("out.vtk"));
+      if (command == "preview") arguments.push_back(Path("out.png"));
       const Outcome outcome = Run(arguments);
       EXPECT_EQ(outcome.code, 1) << c.file;
       EXPECT_EQ(outcome.output, "") << c.file;
@@ -290,6 +291,7 @@ TEST_F(LatticeCommandTest, SaysWhatCannotBeDrawn) {
     EXPECT_THAT(outcome.errors, HasSubstr(c.reason));
   }
   EXPECT_EQ(Run({"preview", grid, Path("none/p.png")}).code, 1);
+  EXPECT_THAT(Run({"preview", grid, grid}).errors, HasSubstr("has to end in .png"));
   EXPECT_THAT(Files(), testing::ElementsAre("grid.asc"));
 }
 

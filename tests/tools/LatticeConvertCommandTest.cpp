@@ -106,11 +106,20 @@ TEST_F(LatticeConvertCommandTest, TakesTheArrayThatIsNamed) {
 
 TEST_F(LatticeConvertCommandTest, ConvertsTheValues) {
   EXPECT_EQ(GridAfter({"--type", "int16"}), "1 2 3\n4 -1 6\n");
-  EXPECT_EQ(GridAfter({"--type", "uint8"}), "1 2 3\n4 255 6\n");
-  EXPECT_EQ(GridAfter({"--type", "uint8", "--scale", "-1", "4"}).substr(0, 12), "102 153 204\n");
+  EXPECT_EQ(GridAfter({"--type", "uint8", "--void", "255"}), "1 2 3\n4 255 6\n");
+  EXPECT_EQ(GridAfter({"--type", "uint8", "--scale", "-1", "9", "--void", "7"}),
+            "51 76 102\n127 7 191\n");
   EXPECT_EQ(GridAfter({"--valid", "2", "4", "--replace", "-9"}), "-9 2 3\n4 -9 -9\n");
   EXPECT_EQ(GridAfter({"--valid", "-1", "6", "--replace", "0", "--type", "int32"}),
             "1 2 3\n4 -1 0\n");
+}
+
+TEST_F(LatticeConvertCommandTest, AsksForAMarkWhenTheTypeCannotHoldThatOfVoidNodes) {
+  const std::string grid = SaveGrid();
+  const Outcome outcome = Run({"convert", grid, Path("out.img"), "--type", "uint8"});
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_THAT(outcome.errors, HasSubstr("--void VALUE"));
+  EXPECT_THAT(Files(), ElementsAre("grid.asc"));
 }
 
 TEST_F(LatticeConvertCommandTest, MakesRectilinearLatticesUniformWithinTheTolerance) {

@@ -44,7 +44,14 @@ std::error_code WriteStandardOutput(std::string_view bytes) {
 void WatchForInterrupt() {
   Watch(SIGINT);
   Watch(SIGTERM);
+  // Whoever started the program so that it outlives its terminal (nohup) keeps that.
+  if (std::signal(SIGHUP, SIG_DFL) == SIG_IGN) {
+    std::signal(SIGHUP, SIG_IGN);
+  } else {
+    Watch(SIGHUP);
+  }
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool WasInterrupted() { return g_interrupted != 0; }

@@ -17,8 +17,9 @@ CORVEL_API bool IsTerminal(StandardStream stream);
 // std::errc::broken_pipe when nobody reads the output any more. Ctrl-C does not cut a write short.
 CORVEL_API std::error_code WriteStandardOutput(std::string_view bytes);
 
-// From now on Ctrl-C (SIGINT) and SIGTERM are noted instead of ending the program at once; a second
-// one ends it. A closed pipe no longer ends the program either.
+// From now on Ctrl-C (SIGINT), SIGTERM and a terminal that closes (SIGHUP) are noted instead of
+// ending the program at once; a second one ends it. A closed pipe and a file that reaches the size
+// allowed to it no longer end the program either: the write fails.
 CORVEL_API void WatchForInterrupt();
 
 // Whether one has come.

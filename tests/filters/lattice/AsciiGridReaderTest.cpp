@@ -61,6 +61,10 @@ class AsciiGridReaderTest : public testing::Test {
   test::TempFolder folder_;
 };
 
+TEST_F(AsciiGridReaderTest, SkipsAByteOrderMark) {
+  EXPECT_EQ(Header("\xEF\xBB\xBF" + kHeader + "1 2 3 4 5 6").columns, 3U);
+}
+
 TEST_F(AsciiGridReaderTest, PlacesNodesAtTheCentresOfTheCells) {
   const LatticeHeader header = Header(kHeader + "1 2 3 4 5 6");
   EXPECT_EQ(header.type, LatticeResequencer::Uniform);

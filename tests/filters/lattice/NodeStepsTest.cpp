@@ -18,6 +18,7 @@ namespace trovan::filters {
 namespace {
 
 using test::FilterErrorOf;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -50,6 +51,12 @@ NodeOptions ConvertingTo(corvel::PrimType type) {
   NodeOptions options = Keeping();
   options.type = type;
   return options;
+}
+
+LatticeHeader WithVoid(corvel::PrimType type, double voidValue, unsigned columns) {
+  LatticeHeader header = test::UniformHeader(type, columns, 1);
+  header.voidValue = voidValue;
+  return header;
 }
 
 // --- invalid nodes -------------------------------------------------------------------------------
@@ -239,7 +246,7 @@ TEST(NodeStepsConversion, LeavesNodesOfTheSameTypeWhereTheyAre) {
   EXPECT_EQ(steps.Result().dataType, corvel::kFloat);
 }
 
-TEST(NodeStepsConversion, ConvertsTheVoidValueAsItConvertsNodes) {
+TEST(NodeStepsVoid, StaysWhenTheNewTypeHoldsItAndNothingIsScaled) {
   const struct {
     corvel::PrimType from;
     double voidValue;
@@ -248,22 +255,70 @@ TEST(NodeStepsConversion, ConvertsTheVoidValueAsItConvertsNodes) {
     std::optional<double> result;
   } cases[] = {
       {corvel::kFloat, -9999.0, corvel::kInt16, std::nullopt, -9999.0},
-      {corvel::kFloat, -9999.5, corvel::kInt32, std::nullopt, -9999.0},
-      {corvel::kFloat, -1.0, corvel::kUInt8, std::nullopt, 255.0},
       {corvel::kFloat, 0.1, corvel::kDouble, std::nullopt, static_cast<double>(0.1F)},
-      {corvel::kFloat, 10.0, corvel::kUInt8, ScaleRange{0.0, 10.0}, 255.0},
+      {corvel::kUInt8, -9999.0, corvel::kUInt8, std::nullopt, -9999.0},
+      {corvel::kFloat, -9999.5, corvel::kInt32, std::nullopt, std::nullopt},
+      {corvel::kFloat, -1.0, corvel::kUInt8, std::nullopt, std::nullopt},
+      {corvel::kFloat, 10.0, corvel::kUInt8, ScaleRange{0.0, 10.0}, std::nullopt},
       // What no node of the file can hold must not become what a node can be.
       {corvel::kUInt8, -9999.0, corvel::kInt16, std::nullopt, std::nullopt},
       {corvel::kFloat, NAN, corvel::kInt16, std::nullopt, std::nullopt},
-      {corvel::kUInt8, -9999.0, corvel::kUInt8, std::nullopt, -9999.0},
   };
   for (const auto& c : cases) {
-    LatticeHeader header = test::UniformHeader(c.from, 1, 1);
-    header.voidValue = c.voidValue;
     NodeOptions options = ConvertingTo(c.to);
     options.scale = c.scale;
-    EXPECT_EQ(NodeSteps(header, options, L"f").Result().voidValue, c.result) << c.voidValue;
+    EXPECT_EQ(NodeSteps(WithVoid(c.from, c.voidValue, 1), options, L"f").Result().voidValue,
+              c.result)
+        << c.voidValue;
   }
+}
+
+TEST(NodeStepsVoid, IsMarkedByTheChosenValue) {
+  NodeOptions options = ConvertingTo(corvel::kUInt8);
+  options.scale = {0.0, 100.0};
+  options.voidValue = 255.0;
+  NodeSteps steps(WithVoid(corvel::kFloat, -9999.0, 3), options, L"f");
+  EXPECT_EQ(steps.Result().voidValue, 255.0);
+  EXPECT_THAT(Apply<std::uint8_t>(steps, std::vector<float>{0, -9999, 99}),
+              ElementsAre(0, 255, 252));
+}
+
+TEST(NodeStepsVoid, MayBeMarkedOtherwiseWithoutAnotherType) {
+  NodeOptions options = Keeping();
+  options.voidValue = -1.0;
+  NodeSteps steps(WithVoid(corvel::kInt16, -32768.0, 3), options, L"f");
+  EXPECT_THAT(Apply<std::int16_t>(steps, std::vector<std::int16_t>{5, -32768, 7}),
+              ElementsAre(5, -1, 7));
+}
+
+TEST(NodeStepsVoid, StaysAVoidNodeThroughAConversion) {
+  NodeSteps steps(WithVoid(corvel::kFloat, -9999.0, 2), ConvertingTo(corvel::kInt16), L"f");
+  EXPECT_THAT(Apply<std::int16_t>(steps, std::vector<float>{-9999, 3.9F}), ElementsAre(-9999, 3));
+}
+
+TEST(NodeStepsVoid, NeedsAMarkOnlyWhenThereIsANodeWithoutAValue) {
+  NodeSteps steps(WithVoid(corvel::kFloat, -9999.0, 2), ConvertingTo(corvel::kUInt8), L"f");
+  EXPECT_THAT(Apply<std::uint8_t>(steps, std::vector<float>{1, 241}), ElementsAre(1, 241));
+  EXPECT_THAT(FilterErrorOf([&] {
+                Apply<std::uint8_t>(steps, std::vector<float>{1, -9999});
+              }),
+              AllOf(HasSubstr("without a value (-9999)"), HasSubstr("--void")));
+}
+
+TEST(NodeStepsVoid, IsNotWhatAValueMayBecome) {
+  NodeSteps steps(WithVoid(corvel::kFloat, -9999.0, 1), ConvertingTo(corvel::kInt16), L"f");
+  EXPECT_THAT(FilterErrorOf([&] { Apply<std::int16_t>(steps, std::vector<float>{55537.0F}); }),
+              AllOf(HasSubstr("55537 becomes -9999"), HasSubstr("--void")));
+}
+
+TEST(NodeStepsVoid, CannotBeChosenBeyondTheTypeNorWithoutOneBefore) {
+  NodeOptions options = ConvertingTo(corvel::kUInt8);
+  options.voidValue = 256.0;
+  EXPECT_THAT(FilterErrorOf([&] { NodeSteps(WithVoid(corvel::kFloat, -1.0, 1), options, L"f"); }),
+              HasSubstr("256 cannot mark nodes"));
+  EXPECT_THAT(
+      FilterErrorOf([&] { NodeSteps(test::UniformHeader(corvel::kFloat, 1, 1), options, L"f"); }),
+      HasSubstr("has no void value"));
 }
 
 TEST(NodeStepsConversion, IsRefusedWhenTheOptionsContradictEachOther) {
@@ -275,7 +330,9 @@ TEST(NodeStepsConversion, IsRefusedWhenTheOptionsContradictEachOther) {
   } cases[] = {{std::nullopt, {0.0, 1.0}, "scaled to a type"},
                {corvel::kFloat, {0.0, 1.0}, "float takes them as they are"},
                {corvel::kDouble, {0.0, 1.0}, "double takes them as they are"},
-               {corvel::kUInt8, {1.0, 1.0}, "from a range that is empty"}};
+               {corvel::kUInt8, {1.0, 1.0}, "between two finite numbers"},
+               {corvel::kUInt8, {0.0, NAN}, "between two finite numbers"},
+               {corvel::kUInt8, {-INFINITY, 1.0}, "between two finite numbers"}};
   for (const auto& c : cases) {
     NodeOptions options;
     options.type = c.type;

@@ -1,3 +1,4 @@
+#include <cctype>
 #include <cstdio>
 #include <map>
 #include <memory>
@@ -34,6 +35,7 @@ struct ConvertArguments {
   bool asText = false;
   std::string type;
   std::vector<double> scale;
+  std::optional<double> voidValue;
   std::vector<double> valid;
   std::optional<double> replacement;
   std::optional<double> invalidReplacement;
@@ -78,8 +80,10 @@ bool Ask(const std::wstring& question, ProgressBar& progress) {
   std::fprintf(stderr, "%s [y/N] ", corvel::Utf8FromWide(question).c_str());
   char answer[16] = {};
   if (std::fgets(answer, sizeof answer, stdin) == nullptr) std::fputc('\n', stderr);
-  const std::wstring given = corvel::ToLower(corvel::WideFromUtf8(answer));
-  return given == L"y\n" || given == L"yes\n";
+  std::string given = answer;
+  std::erase_if(given, [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; });
+  const std::wstring word = corvel::ToLower(corvel::WideFromUtf8(given));
+  return word == L"y" || word == L"yes";
 }
 
 filters::NodeOptions NodeOptionsOf(const ConvertArguments& arguments, ProgressBar& progress) {
@@ -91,6 +95,7 @@ filters::NodeOptions NodeOptionsOf(const ConvertArguments& arguments, ProgressBa
     options.validRange = {arguments.valid[0], arguments.valid[1], *arguments.replacement};
   }
   if (!arguments.type.empty()) options.type = filters::NodeTypeNamed(arguments.type);
+  options.voidValue = arguments.voidValue;
   if (!arguments.scale.empty()) options.scale = {arguments.scale[0], arguments.scale[1]};
   options.confirm = [&progress](const std::wstring& question) { return Ask(question, progress); };
   return options;
@@ -167,6 +172,9 @@ void AddValueOptions(CLI::App& command, ConvertArguments& arguments) {
       ->expected(2)
       ->type_name("MIN MAX")
       ->needs(type);
+  command.add_option("--void", arguments.voidValue,
+                     "Mark nodes without a value by this one; needed when the type cannot hold the "
+                     "present mark, or with --scale");
   auto* valid = command
                     .add_option("--valid", arguments.valid,
                                 "Replace values below MIN or above MAX by the value of --replace")

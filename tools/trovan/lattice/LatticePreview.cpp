@@ -3,10 +3,12 @@
 #include <optional>
 
 #include <corvel/Path.h>
+#include <corvel/Text.h>
 
 #include "ProgressBar.h"
 #include "Tool.h"
 #include "filters/lattice/Preview.h"
+#include "filters/support/FilterError.h"
 #include "filters/support/PngFile.h"
 #include "lattice/LatticeArguments.h"
 
@@ -27,7 +29,16 @@ const std::map<std::string, PreviewStyle> kStyles = {{"relief", PreviewStyle::kR
                                                      {"colour", PreviewStyle::kColour},
                                                      {"grey", PreviewStyle::kGrey}};
 
+// Anything else is more likely a mistake, such as the lattice given twice.
+void RequirePng(const std::wstring& path) {
+  if (corvel::ToLower(corvel::CPath(path).GetExtension()) == L".png") return;
+  throw filters::FilterError(corvel::Utf8FromWide(path) +
+                             ": the picture is a PNG; its name has to end in .png");
+}
+
 int Preview(const PreviewArguments& arguments) {
+  const std::wstring output = corvel::PathFromSystem(arguments.output);
+  RequirePng(output);
   const auto reader = arguments.input.Open();
   ShowRemarks(arguments.input, *reader);
   filters::PreviewOptions options = arguments.options;
@@ -42,8 +53,7 @@ int Preview(const PreviewArguments& arguments) {
     picture = filters::PreviewLattice(*reader, options, &progress);
   }
   if (!picture) return kInterrupted;
-  filters::WritePng(corvel::PathFromSystem(arguments.output), picture->width, picture->height,
-                    picture->pixels);
+  filters::WritePng(output, picture->width, picture->height, picture->pixels);
   return kDone;
 }
 

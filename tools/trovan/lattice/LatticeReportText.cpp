@@ -48,6 +48,8 @@ std::string AxisText(const AxisSpacing& axis, double tolerance) {
   if (axis.count == 1) return Number(axis.first);
   std::string text = range + ", step " + Number(axis.step) + ", ";
   text += axis.equal ? "equally spaced" : "not equally spaced within " + Number(tolerance) + " %";
+  // Coordinates that are all the same have no step to deviate from.
+  if (!std::isfinite(axis.deviationInPercent)) return text;
   return text + " (deviation " + Number(axis.deviationInPercent) + " %)";
 }
 

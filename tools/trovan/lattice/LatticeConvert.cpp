@@ -118,6 +118,7 @@ int Convert(const ConvertArguments& arguments) {
 template <typename T>
 std::vector<std::string> Names(const std::map<std::string, T>& names) {
   std::vector<std::string> list;
+  list.reserve(names.size());
   for (const auto& name : names) list.push_back(name.first);
   return list;
 }

@@ -77,7 +77,9 @@ bool Ask(const std::wstring& question, ProgressBar& progress) {
   progress.Hide();
   std::fprintf(stderr, "%s [y/N] ", corvel::Utf8FromWide(question).c_str());
   char answer[16] = {};
-  if (std::fgets(answer, sizeof answer, stdin) == nullptr) std::fputc('\n', stderr);
+  if (!corvel::WaitForStandardInput() || std::fgets(answer, sizeof answer, stdin) == nullptr) {
+    std::fputc('\n', stderr);
+  }
   const std::wstring given = corvel::ToLower(corvel::WideFromUtf8(answer));
   return given == L"y\n" || given == L"yes\n";
 }

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <sys/select.h>
 #include <unistd.h>
 
 namespace corvel {
@@ -55,5 +56,24 @@ void WatchForInterrupt() {
 }
 
 bool WasInterrupted() { return g_interrupted != 0; }
+
+bool WaitForStandardInput() {
+  sigset_t watched;
+  sigset_t before;
+  sigemptyset(&watched);
+  sigaddset(&watched, SIGINT);
+  sigaddset(&watched, SIGTERM);
+  // The signals are let in only while pselect waits, so that none comes between the look and it.
+  ::pthread_sigmask(SIG_BLOCK, &watched, &before);
+  for (int ready = -1; ready < 0 && !WasInterrupted();) {
+    fd_set input;
+    FD_ZERO(&input);
+    FD_SET(STDIN_FILENO, &input);
+    ready = ::pselect(STDIN_FILENO + 1, &input, nullptr, nullptr, nullptr, &before);
+    if (ready < 0 && errno != EINTR) break;  // reading will tell what is wrong
+  }
+  ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  return !WasInterrupted();
+}
 
 }  // namespace corvel

@@ -25,4 +25,8 @@ CORVEL_API void WatchForInterrupt();
 // Whether one has come.
 CORVEL_API bool WasInterrupted();
 
+// Waits until standard input has something to read or is at its end. False when the user has asked
+// to stop, before the call or during it: unlike a read, it misses no signal that comes just before.
+CORVEL_API bool WaitForStandardInput();
+
 }  // namespace corvel

@@ -80,7 +80,7 @@ TEST(StoredValue, IsWhatANodeOfTheTypeHolds) {
       {corvel::kFloat, 1e300, std::nullopt},
       {corvel::kFloat, NAN, std::nullopt},
       {corvel::kDouble, 0.1, 0.1},
-      {corvel::kDouble, -INFINITY, std::nullopt},
+      {corvel::kDouble, -std::numeric_limits<double>::infinity(), std::nullopt},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(StoredValue(c.type, c.value), c.stored) << NodeTypeName(c.type) << ' ' << c.value;

@@ -179,9 +179,10 @@ TEST_F(RealLatticesRoundTripTest, KeepTheirNodesBitForBit) {
 }
 
 TEST_F(RealLatticesRoundTripTest, OfOtherFormatsAreRefused) {
-  for (const auto& [name, reason] : kRefused) {
-    EXPECT_THAT(test::FilterErrorOf([&] { OpenLattice(Path(name), {}); }), HasSubstr(reason))
-        << name;
+  for (const auto& refused : kRefused) {
+    const std::wstring path = Path(refused.first);
+    EXPECT_THAT(test::FilterErrorOf([&] { OpenLattice(path, {}); }), HasSubstr(refused.second))
+        << refused.first;
   }
 }
 

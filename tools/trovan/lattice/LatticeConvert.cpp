@@ -79,7 +79,9 @@ bool Ask(const std::wstring& question, ProgressBar& progress) {
   progress.Hide();
   std::fprintf(stderr, "%s [y/N] ", corvel::Utf8FromWide(question).c_str());
   char answer[16] = {};
-  if (std::fgets(answer, sizeof answer, stdin) == nullptr) std::fputc('\n', stderr);
+  if (!corvel::WaitForStandardInput() || std::fgets(answer, sizeof answer, stdin) == nullptr) {
+    std::fputc('\n', stderr);
+  }
   std::string given = answer;
   std::erase_if(given, [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; });
   const std::wstring word = corvel::ToLower(corvel::WideFromUtf8(given));

@@ -54,9 +54,11 @@ TEST_F(SequenceFinish, MayComeAgainAndBeforeAnyStart) {
   EXPECT_THAT(TempFiles(), IsEmpty());
 }
 
-// The staged bytes show where the file is too short to give any.
+// The staged bytes show where the file is too short to give any. It is longer than its buffer first,
+// so that the row is no longer in there.
 TEST_F(SequenceFinish, ForgetsTheStagedRows) {
-  const Sizes sizes = {.type = kCurvilinear, .xdim = 3, .coordSize = 1, .coordFile = true};
+  const Sizes sizes = {
+      .type = kCurvilinear, .xdim = 3, .ydim = 50'000, .coordSize = 1, .coordFile = true};
   Start(sizes);
   lattice_.WriteRowOfMultiComponentData(0, 0, "abc");
   lattice_.WriteRowOfXYZ(0, 0, "xyzXYZuvw");

@@ -54,8 +54,8 @@ TEST_F(SequenceFinish, MayComeAgainAndBeforeAnyStart) {
   EXPECT_THAT(TempFiles(), IsEmpty());
 }
 
-// The staged bytes show where the file is too short to give any. It is longer than its buffer first,
-// so that the row is no longer in there.
+// The staged bytes show where the file is too short to give any. It is longer than its buffer
+// first, so that the row is no longer in there.
 TEST_F(SequenceFinish, ForgetsTheStagedRows) {
   const Sizes sizes = {
       .type = kCurvilinear, .xdim = 3, .ydim = 50'000, .coordSize = 1, .coordFile = true};
@@ -64,8 +64,9 @@ TEST_F(SequenceFinish, ForgetsTheStagedRows) {
   lattice_.WriteRowOfXYZ(0, 0, "xyzXYZuvw");
   lattice_.Finish();
   Start(sizes);
-  for (const std::string& name : TempFiles())
+  for (const std::string& name : TempFiles()) {
     std::filesystem::resize_file(folder_.Path() / name, 0);
+  }
   EXPECT_EQ(ReadRow(0, 0), std::string(3, '\0'));
   EXPECT_EQ(ReadCoordRow(0, 0), std::string(9, '\0'));
 }

@@ -1,5 +1,7 @@
 // The zeros that new files are filled with: in which order, and in how many pieces.
+#include <algorithm>
 #include <fstream>
+#include <limits>
 #include <stdexcept>
 #include <string>
 
@@ -17,8 +19,6 @@ using testing::HasSubstr;
 
 constexpr auto kCurvilinear = LatticeResequencer::Curvilinear;
 
-using SequenceZeros = ResequencerTest;
-
 // How many write calls this program has made so far.
 long long WriteCalls() {
   std::ifstream counters("/proc/self/io");
@@ -29,6 +29,21 @@ long long WriteCalls() {
   }
   throw std::runtime_error("the system does not count write calls");
 }
+
+class SequenceZeros : public ResequencerTest {
+ protected:
+  // How many write calls a start takes: the fewest of several, since a sanitizer may add its own.
+  long long CallsToStart(const Sizes& sizes) {
+    long long fewest = std::numeric_limits<long long>::max();
+    for (int round = 0; round < 3; ++round) {
+      const long long before = WriteCalls();
+      Start(sizes);
+      fewest = std::min(fewest, WriteCalls() - before);
+      lattice_.Finish();
+    }
+    return fewest;
+  }
+};
 
 TEST_F(SequenceZeros, GoToTheCoordinateFileFirst) {
   const Sizes sizes = {.type = kCurvilinear, .xdim = 1'000, .coordSize = 1, .coordFile = true};
@@ -43,23 +58,18 @@ TEST_F(SequenceZeros, GoToTheCoordinateFileFirst) {
 
 TEST_F(SequenceZeros, GoToTheSystemInBlocksOf64Kilobytes) {
   const struct {
-    unsigned bytes;
+    unsigned nodes;
+    unsigned dataSize;
     long long calls;
   } cases[] = {
-      {1, 1}, {65'535, 1}, {65'536, 1}, {65'537, 2}, {10'485'760, 160}, {10'485'761, 161},
+      {65'536, 65'536, 0},  // the size wraps to 0
+      {1, 1, 1},           {65'535, 1, 1},       {65'536, 1, 1},
+      {65'537, 1, 2},      {10'485'760, 1, 160}, {10'485'761, 1, 161},
   };
   for (const auto& c : cases) {
-    const long long before = WriteCalls();
-    Start({.xdim = c.bytes});
-    EXPECT_EQ(WriteCalls() - before, c.calls) << c.bytes << " bytes";
-    lattice_.Finish();
+    EXPECT_EQ(CallsToStart({.xdim = c.nodes, .dataSize = c.dataSize}), c.calls)
+        << c.nodes << " nodes of " << c.dataSize << " bytes";
   }
-}
-
-TEST_F(SequenceZeros, NeedNoCallWhenThereAreNone) {
-  const long long before = WriteCalls();
-  Start({.xdim = 65'536, .dataSize = 65'536});  // the size wraps to 0
-  EXPECT_EQ(WriteCalls(), before);
 }
 
 }  // namespace

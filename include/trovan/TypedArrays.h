@@ -8,7 +8,7 @@
 //
 //   const double axis[] = {0.0, 1.0, 2.05, 3.0};
 //   IsEquallySpaced(kDouble, 4, axis, 10.0);                       // true: the worst step is 5 %
-//   off MaxDeviationFromUniform(kDouble, 4, axis);                     // 5.0
+//   MaxDeviationFromUniform(kDouble, 4, axis);                     // 5.0
 //
 // Elements are in the machine's byte order and may lie at any alignment. A number that is no
 // element type is taken: its elements are 0 and have no size.
@@ -61,7 +61,8 @@ TROVAN_API void PTScaleDoubleToOtherType(corvel::CPrimType type, void* dst, doub
 // axis is not equally spaced, however exact it is. For axes that may descend use
 // MaxDeviationFromUniform.
 //
-// Reads the values once, and no further than a short block behind the first step that fails.
+// Reads the last value for the mean step, then the values in order up to the first step that fails;
+// of floats and doubles also the rest of that step's piece, which has at most 1,024 values.
 TROVAN_API bool IsEquallySpaced(corvel::CPrimType type, std::size_t n, const void* values,
                                 double tolerancePercent);
 

@@ -58,6 +58,13 @@ TEST(InvalidNodesReplacer, TakesTheGivenCountBeforeTheDefault) {
   EXPECT_NE(block[2], -1.0);
 }
 
+TEST(InvalidNodesReplacer, TakesAGivenCountThatIsLargerThanTheDefaultToo) {
+  InvalidNodesReplacer replacer = Replacer(-1.0, 3);
+  double block[] = {1.0, 2.0, 3.0, 4.0, kNaN};
+  EXPECT_FALSE(replacer.ReplaceInvalidNodes(block, 5));
+  EXPECT_EQ(block[4], -1.0);
+}
+
 TEST(InvalidNodesReplacer, ScansNothingWhenBothCountsAreZero) {
   InvalidNodesReplacer replacer = Replacer(-1.0, 0);
   EXPECT_TRUE(replacer.ReplaceInvalidNodes(nullptr, 0));

@@ -49,6 +49,18 @@ std::string RaisedBy(Work work) {
   return "";
 }
 
+// What the file class raises, which tells the file and the reason; "" when it raises nothing.
+template <typename Work>
+std::string FileErrorOf(Work work) {
+  try {
+    work();
+  } catch (const corvel::Exception& error) {
+    EXPECT_EQ(error.File(), "BufferedFile");
+    return error.Message();
+  }
+  return "";
+}
+
 inline std::string Numbered(unsigned count, unsigned char first) {
   std::string bytes(count, '\0');
   for (unsigned i = 0; i < count; ++i) bytes[i] = static_cast<char>(first + i);

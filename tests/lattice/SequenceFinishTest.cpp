@@ -1,5 +1,4 @@
 // How a lattice ends, and what is left when the disk is full.
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -17,7 +16,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr auto kRectilinear = LatticeResequencer::Rectilinear;
 constexpr auto kCurvilinear = LatticeResequencer::Curvilinear;
 
 using SequenceFinish = ResequencerTest;
@@ -30,17 +28,6 @@ Sizes Both() {
           .coordSize = 4,
           .dataSize = 2,
           .coordFile = true};
-}
-
-// What the file class raises, which tells the file and the reason.
-std::string FileErrorOf(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const corvel::Exception& error) {
-    EXPECT_EQ(error.File(), "BufferedFile");
-    return error.Message();
-  }
-  return "";
 }
 
 TEST_F(SequenceFinish, DeletesBothFilesAndGoesBackToIdle) {
@@ -67,13 +54,21 @@ TEST_F(SequenceFinish, MayComeAgainAndBeforeAnyStart) {
   EXPECT_THAT(TempFiles(), IsEmpty());
 }
 
-TEST_F(SequenceFinish, KeepsTheAxes) {
-  Start({.type = kRectilinear, .xdim = 2, .coordSize = 2});
-  lattice_.WriteRectilinearXs("abcd");
+// The staged bytes show where the file is too short to give any. It is longer than its buffer
+// first, so that the row is no longer in there.
+TEST_F(SequenceFinish, ForgetsTheStagedRows) {
+  const Sizes sizes = {
+      .type = kCurvilinear, .xdim = 3, .ydim = 50'000, .coordSize = 1, .coordFile = true};
+  Start(sizes);
+  lattice_.WriteRowOfMultiComponentData(0, 0, "abc");
+  lattice_.WriteRowOfXYZ(0, 0, "xyzXYZuvw");
   lattice_.Finish();
-  std::string xs(4, '?');
-  lattice_.ReadRectilinearXs(xs.data());
-  EXPECT_EQ(xs, "abcd");
+  Start(sizes);
+  for (const std::string& name : TempFiles()) {
+    std::filesystem::resize_file(folder_.Path() / name, 0);
+  }
+  EXPECT_EQ(ReadRow(0, 0), std::string(3, '\0'));
+  EXPECT_EQ(ReadCoordRow(0, 0), std::string(9, '\0'));
 }
 
 TEST_F(SequenceFinish, DoesNotMindAFileThatIsGone) {
@@ -139,20 +134,43 @@ TEST_F(SequenceFinish, DeletesNothingWhenClosingRaisesAndBothFilesWhenCalledAgai
   }
 }
 
+// Leaves bytes in both files' buffers that could not be written.
+void WriteOnAFullDisk(LatticeResequencer& lattice) {
+  const std::string row(36'000, 'r');
+  EXPECT_NE(FileErrorOf([&] { lattice.WriteRowOfMultiComponentData(0, 0, row.data()); }), "");
+  EXPECT_NE(FileErrorOf([&] { lattice.WriteRowOfXYZ(0, 0, row.data()); }), "");
+}
+
+TEST_F(SequenceFinish, ClosesTheCoordinateFileBeforeTheDataFile) {
+  Start(Both());
+  {
+    const FileSizeLimit limit(1'000);
+    WriteOnAFullDisk(lattice_);
+    EXPECT_THAT(FileErrorOf([&] { lattice_.Finish(); }), HasSubstr("QVC"));
+    EXPECT_THAT(FileErrorOf([&] { lattice_.Finish(); }), HasSubstr("QVD"));
+    EXPECT_THAT(TempFiles(), SizeIs(2));
+    lattice_.Finish();
+  }
+  EXPECT_THAT(TempFiles(), IsEmpty());
+}
+
 TEST_F(SequenceFinish, IsMissedAndADestructorThatCannotCloseWritesToTheLog) {
   auto lattice = std::make_unique<LatticeResequencer>();
   test::Start(*lattice, Both());
-  const std::string row(36'000, 'r');
   const CapturedLog log;
   const FileSizeLimit limit(1'000);
-  EXPECT_NE(FileErrorOf([&] { lattice->WriteRowOfMultiComponentData(0, 0, row.data()); }), "");
-  EXPECT_NE(FileErrorOf([&] { lattice->WriteRowOfXYZ(0, 0, row.data()); }), "");
+  WriteOnAFullDisk(*lattice);
   lattice.reset();
   ASSERT_THAT(log.Messages(), SizeIs(2));  // one for each file
+  EXPECT_NE(log.Messages()[0].text.find(L"QVC"), std::wstring::npos);
+  EXPECT_NE(log.Messages()[1].text.find(L"QVD"), std::wstring::npos);
+  const std::wstring place = L" [Function LatticeResequencer, File Sequence, Line ";
   for (const auto& message : log.Messages()) {
-    EXPECT_NE(message.text.find(L"LatticeResequencer"), std::wstring::npos);
-    EXPECT_NE(message.text.find(L"Sequence"), std::wstring::npos);
+    EXPECT_EQ(message.level, corvel::kLogWarning);
     EXPECT_NE(message.text.find(L"Cannot write"), std::wstring::npos);
+    const std::size_t at = message.text.find(L" [");
+    ASSERT_NE(at, std::wstring::npos);
+    EXPECT_EQ(message.text.substr(at, place.size()), place);
   }
 }
 

@@ -120,6 +120,39 @@ TEST_F(SequenceRows, FailFastOnAnEmptyStagingBuffer) {
   EXPECT_EQ(byte, 'b');
 }
 
+// A buffer that once held a row is empty without being null.
+TEST_F(SequenceRows, FailFastOnAStagingBufferThatHasBecomeEmpty) {
+  Start({.xdim = 4});
+  Start({.xdim = 4, .components = 0, .dataSize = 0, .dataFile = false});
+  ASSERT_EQ(lattice_.GetDataScanlineSize(), 0U);
+  char byte = 'b';
+  for (const auto& row : DataRows()) {
+    EXPECT_THROW(row.call(0, 0, &byte), gsl::fail_fast) << row.name;
+  }
+  EXPECT_EQ(byte, 'b');
+}
+
+TEST_F(SequenceRows, FailFastOnAnEmptyStagingBufferOfCoordinatesToo) {
+  // 3 times 2^16 nodes of 2^16 bytes: the size of a row wraps to 0.
+  const Sizes wrapped = {
+      .type = kCurvilinear, .xdim = 65'536, .coordSize = 65'536, .dataFile = false};
+  char byte = 'b';
+  for (const bool wasLarger : {false, true}) {
+    SCOPED_TRACE(wasLarger);
+    Sizes first = wrapped;
+    if (wasLarger) first.xdim = first.coordSize = 2;
+    first.coordFile = true;
+    Start(first);
+    if (wasLarger) Start(wrapped);
+    ASSERT_EQ(lattice_.GetCurviCoordScanlineSize(), 0U);
+    for (const auto& row : CoordinateRows()) {
+      EXPECT_THROW(row.call(0, 0, &byte), gsl::fail_fast) << row.name;
+    }
+    EXPECT_EQ(byte, 'b');
+    lattice_.Finish();
+  }
+}
+
 TEST_F(SequenceRows, LieOneBehindTheOtherXFastestThenYThenZ) {
   Start({.xdim = 2, .ydim = 2, .zdim = 2, .components = 2});
   lattice_.WriteRowOfMultiComponentData(1, 1, "GgHh");
@@ -214,24 +247,6 @@ TEST_F(SequenceRows, KeepTheRestOfTheStagedRowWhenTheFileIsShort) {
   lattice_.WriteRowOfMultiComponentData(1'999, 0, std::string(100, 'z').data());
   std::filesystem::resize_file(folder_.Path() / TempFiles().at(0), 40);
   EXPECT_EQ(ReadRow(0, 0), std::string(40, 'a') + std::string(60, 'z'));
-}
-
-TEST_F(SequenceRows, OfAxesGoInAndOutAsAWhole) {
-  Start({.type = kRectilinear, .xdim = 3, .ydim = 2, .zdim = 1, .coordSize = 2});
-  std::string xs(6, '?');
-  lattice_.ReadRectilinearXs(xs.data());
-  EXPECT_EQ(xs, std::string(6, '\0'));
-  lattice_.WriteRectilinearXs("x0x1x2");
-  lattice_.WriteRectilinearYs("y0y1");
-  lattice_.WriteRectilinearZs("z0");
-  lattice_.ReadRectilinearXs(xs.data());
-  std::string ys(5, '#');
-  lattice_.ReadRectilinearYs(ys.data());
-  std::string zs(3, '#');
-  lattice_.ReadRectilinearZs(zs.data());
-  EXPECT_EQ(xs, "x0x1x2");
-  EXPECT_EQ(ys, "y0y1#");
-  EXPECT_EQ(zs, "z0#");
 }
 
 TEST_F(SequenceRows, NeedNoFileForTheCallersOwnRows) {

@@ -96,6 +96,19 @@ TEST_F(SequenceStart, TakesNoComponentsWhenThereIsNoDataFile) {
   EXPECT_EQ(lattice_.GetDataScanlineSize(), 0U);
 }
 
+TEST_F(SequenceStart, TakesNoComponentsWhenThereIsACoordinateFileOnly) {
+  Start({.type = kCurvilinear,
+         .xdim = 2,
+         .components = 0,
+         .coordSize = 1,
+         .dataSize = 0,
+         .coordFile = true,
+         .dataFile = false});
+  EXPECT_THAT(TempFiles(), ElementsAre(StartsWith("QVC")));
+  lattice_.WriteRowOfXYZ(0, 0, "xyzXYZ");
+  EXPECT_EQ(CoordFile(), "xyzXYZ");
+}
+
 TEST_F(SequenceStart, TellsItsSizes) {
   Start({.type = kCurvilinear,
          .xdim = 5,
@@ -175,6 +188,14 @@ TEST_F(SequenceStart, RaisesWithoutATemporaryFolderAndKeepsTheSizes) {
   EXPECT_EQ(lattice_.GetXdim(), 7U);
 }
 
+TEST_F(SequenceStart, NeedsATemporaryFolderThoughItMakesNoFile) {
+  const ScopedVariable nowhere("TMPDIR", (folder_.Path() / "missing").c_str());
+  EXPECT_EQ(RaisedBy([&] { Start({.xdim = 7, .ydim = 2, .components = 3, .dataFile = false}); }),
+            "GetTempPath failed!");
+  EXPECT_EQ(lattice_.GetXdim(), 7U);
+  EXPECT_EQ(lattice_.GetDataPlaneSize(), 42);
+}
+
 TEST_F(SequenceStart, RaisesWhenNoTemporaryNameCanBeMade) {
   // Longer than a name of 260 characters has room for.
   const auto deep = folder_.Path() / std::string(120, 'a') / std::string(120, 'b');
@@ -216,29 +237,6 @@ TEST_F(SequenceStart, ExtendsACoordinateFileThatStaysOpenToo) {
   lattice_.WriteRowOfXYZ(0, 0, "xyz");
   Start({.type = kCurvilinear, .xdim = 2, .coordSize = 1, .coordFile = false});
   EXPECT_EQ(CoordFile(), std::string("xyz\0\0\0\0\0\0", 9));
-}
-
-TEST_F(SequenceStart, KeepsTheLeadingBytesOfTheAxes) {
-  Start({.type = kRectilinear, .xdim = 4, .ydim = 2, .zdim = 1, .coordSize = 1});
-  lattice_.WriteRectilinearXs("abcd");
-  lattice_.WriteRectilinearYs("ef");
-  Start({.type = kRectilinear, .xdim = 2, .ydim = 4, .zdim = 1, .coordSize = 1});
-  std::string xs(2, '?');
-  std::string ys(4, '?');
-  lattice_.ReadRectilinearXs(xs.data());
-  lattice_.ReadRectilinearYs(ys.data());
-  EXPECT_EQ(xs, "ab");
-  EXPECT_EQ(ys, std::string("ef\0\0", 4));
-}
-
-TEST_F(SequenceStart, LeavesTheAxesToTheNextRectilinearStart) {
-  Start({.type = kRectilinear, .xdim = 2, .coordSize = 1});
-  lattice_.WriteRectilinearXs("ab");
-  lattice_.Finish();
-  Start({.type = kUniform, .xdim = 9, .coordSize = 1});
-  std::string xs(2, '?');
-  lattice_.ReadRectilinearXs(xs.data());
-  EXPECT_EQ(xs, "ab");
 }
 
 }  // namespace

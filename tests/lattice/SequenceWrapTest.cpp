@@ -49,7 +49,7 @@ TEST_F(SequenceWrap, PutsRowsOfAWrappedPlaneWhereTheirPlaceWraps) {
 }
 
 TEST_F(SequenceWrap, AffectsThePlaceWithinAPlane) {
-  // 3 * 2^30 + 4 bytes a row, by components and element size; row 2 wraps to 2^31 + 8 and so on.
+  // 6 bytes a row, 3 * 2^32 a plane: it counts as nothing, and places within it wrap at 2^32.
   Start({.xdim = 2, .ydim = 0x80000000, .zdim = 2, .dataSize = 3});
   EXPECT_EQ(lattice_.GetDataScanlineSize(), 6U);
   EXPECT_EQ(lattice_.GetDataPlaneSize(), 0);                         // 6 * 2^31 = 3 * 2^32

@@ -80,14 +80,18 @@ def beyond_memory_lines(result):
     ratio = [None, ours["wall"] / copies["wall"]] if ours else []
     lines = [Line(f"{what}, as long as two plain copies", ratio, "x")]
     for name, peer, bar in (("numpy", "NumPy", (">", 1)), ("gdal", "gdal_translate", None)):
-        one = runs.get(name)
-        ratio = []
-        ending = ""
-        if one:
-            # A peer that was killed would have taken longer still: its ratio is a lower limit.
-            ratio = [None, (one.get("wall") or one["killed after"]) / ours["wall"]]
-            ending = "" if "wall" in one else ", which was killed"
-        lines.append(Line(f"{what}, as fast as {peer}{ending}", ratio, "x", bar))
+        one = runs.get(name, {})
+        # A peer that was stopped would have taken longer still: its ratio is a lower limit.
+        wall = one.get("wall", one.get("stopped"))
+        lines.append(
+            Line(
+                f"{what}, as fast as {peer}" + (", stopped then" if "stopped" in one else ""),
+                [None, wall / ours["wall"]] if wall else [],
+                "x",
+                bar,
+                "killed: no memory" if "killed" in one else "not measured",
+            )
+        )
     memory = [ours["memory"]] if ours else []
     lines.append(Line(f"{what}, resident memory", memory, "MiB", ("<", LARGEST_MEMORY)))
     return lines

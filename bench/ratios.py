@@ -26,6 +26,7 @@ class Line:
     values: list
     unit: str
     bar: tuple | None = None  # such as (">=", 3)
+    missing: str = "not measured"  # what stands there without values
 
     def holds(self):
         """None: there is no bar, or nothing was measured. Each column has to keep the bar."""
@@ -41,7 +42,7 @@ class Line:
         )
         bar = f"{self.bar[0]} {self.bar[1]:g} {self.unit}" if self.bar else ""
         verdict = {None: "", True: "holds", False: "DOES NOT HOLD"}[self.holds()]
-        return f"{self.what:62}{columns or 'not measured':26}{bar:11}{verdict}".rstrip()
+        return f"{self.what:66}{columns or self.missing:26}{bar:11}{verdict}".rstrip()
 
 
 def quotients(slow, fast):

@@ -32,14 +32,18 @@ constexpr std::size_t kFileBlock = 65536;
 // offers.
 struct OpaqueCopy {
   static void Scatter(void* row, const void* from, unsigned component) {
-    const std::size_t nodes = columns, count = components, bytes = size;
+    const std::size_t nodes = columns;
+    const std::size_t count = components;
+    const std::size_t bytes = size;
     for (std::size_t x = 0; x < nodes; ++x) {
       std::memcpy(static_cast<char*>(row) + (x * count + component) * bytes,
                   static_cast<const char*>(from) + x * bytes, bytes);
     }
   }
   static void Gather(void* to, const void* row, unsigned component) {
-    const std::size_t nodes = columns, count = components, bytes = size;
+    const std::size_t nodes = columns;
+    const std::size_t count = components;
+    const std::size_t bytes = size;
     for (std::size_t x = 0; x < nodes; ++x) {
       std::memcpy(static_cast<char*>(to) + x * bytes,
                   static_cast<const char*>(row) + (x * count + component) * bytes, bytes);

@@ -1,6 +1,6 @@
 // Rows of a lattice through its temporary file: with LatticeResequencer, and as one writes it by
-// hand with pread, pwrite and a loop. 512 x 512 x 64 nodes of 3 floats: 201 MB, far more than the
-// caches of a processor.
+// hand with pread, pwrite and a loop. And the limit: the whole file in large blocks. 512 x 512 x 64
+// nodes of 3 floats: 201 MB, far more than the caches of a processor.
 //
 // Making the files (with zeros) is outside of what is measured; they lie in the page cache.
 #include <cstdint>
@@ -26,19 +26,24 @@ constexpr unsigned kPlanes = 64;
 constexpr unsigned kComponents = 3;
 constexpr std::size_t kRowSize = std::size_t{kColumns} * kComponents * sizeof(float);
 constexpr std::int64_t kTotalSize = std::int64_t{kRowSize} * kRows * kPlanes;
+constexpr std::size_t kFileBlock = 65536;
 
 // Element by element, with sizes that only the running program knows: what LatticeResequencer
 // offers.
 struct OpaqueCopy {
   static void Scatter(void* row, const void* from, unsigned component) {
-    const std::size_t nodes = columns, count = components, bytes = size;
+    const std::size_t nodes = columns;
+    const std::size_t count = components;
+    const std::size_t bytes = size;
     for (std::size_t x = 0; x < nodes; ++x) {
       std::memcpy(static_cast<char*>(row) + (x * count + component) * bytes,
                   static_cast<const char*>(from) + x * bytes, bytes);
     }
   }
   static void Gather(void* to, const void* row, unsigned component) {
-    const std::size_t nodes = columns, count = components, bytes = size;
+    const std::size_t nodes = columns;
+    const std::size_t count = components;
+    const std::size_t bytes = size;
     for (std::size_t x = 0; x < nodes; ++x) {
       std::memcpy(static_cast<char*>(to) + x * bytes,
                   static_cast<const char*>(row) + (x * count + component) * bytes, bytes);
@@ -83,6 +88,18 @@ class HandMadeLattice {
   HandMadeLattice(const HandMadeLattice&) = delete;
   HandMadeLattice& operator=(const HandMadeLattice&) = delete;
 
+  // All bytes, in the order of the file.
+  void WriteFile(std::vector<char>& block) {
+    for (std::int64_t at = 0; at < kTotalSize; at += static_cast<std::int64_t>(block.size())) {
+      Check(pwrite(file_, block.data(), block.size(), at), block.size());
+    }
+  }
+  void ReadFile(std::vector<char>& block) {
+    for (std::int64_t at = 0; at < kTotalSize; at += static_cast<std::int64_t>(block.size())) {
+      Check(pread(file_, block.data(), block.size(), at), block.size());
+    }
+  }
+
   void WriteRow(unsigned y, unsigned z, const float* from) {
     Check(pwrite(file_, from, kRowSize, Place(y, z)));
   }
@@ -103,8 +120,8 @@ class HandMadeLattice {
   static off_t Place(unsigned y, unsigned z) {
     return static_cast<off_t>((std::size_t{z} * kRows + y) * kRowSize);
   }
-  static void Check(ssize_t moved) {
-    if (moved != static_cast<ssize_t>(kRowSize)) throw std::runtime_error("a transfer came short");
+  static void Check(ssize_t moved, std::size_t wanted = kRowSize) {
+    if (moved != static_cast<ssize_t>(wanted)) throw std::runtime_error("a transfer came short");
   }
   void Get(unsigned y, unsigned z) { Check(pread(file_, row_.data(), kRowSize, Place(y, z))); }
   void Put(unsigned y, unsigned z) { Check(pwrite(file_, row_.data(), kRowSize, Place(y, z))); }
@@ -225,6 +242,27 @@ void BM_ReadRowsFlipped(benchmark::State& state) {
   }
   state.SetBytesProcessed(state.iterations() * kTotalSize);
 }
+
+static_assert(kTotalSize % kFileBlock == 0);
+
+void BM_WriteFile(benchmark::State& state) {
+  auto& lattice = Shared<TypedLattice>();
+  std::vector<char> block(kFileBlock);
+  for (auto _ : state) lattice.WriteFile(block);
+  state.SetBytesProcessed(state.iterations() * kTotalSize);
+}
+BENCHMARK(BM_WriteFile)->Unit(benchmark::kMillisecond);
+
+void BM_ReadFile(benchmark::State& state) {
+  auto& lattice = Shared<TypedLattice>();
+  std::vector<char> block(kFileBlock);
+  for (auto _ : state) {
+    lattice.ReadFile(block);
+    benchmark::DoNotOptimize(block.data());
+  }
+  state.SetBytesProcessed(state.iterations() * kTotalSize);
+}
+BENCHMARK(BM_ReadFile)->Unit(benchmark::kMillisecond);
 
 #define TROVAN_COMPARE(name, ...) \
   BENCHMARK_TEMPLATE(__VA_ARGS__)->Name(name)->Unit(benchmark::kMillisecond)

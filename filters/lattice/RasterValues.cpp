@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <corvel/Text.h>
@@ -28,6 +29,33 @@ void ForEachBlock(const RasterLayout& layout, unsigned rowsPerBlock, Work work) 
     const unsigned count = std::min(rowsPerBlock, layout.rows - first);
     work(first, count);
     first += count;
+  }
+}
+
+template <std::size_t kSize>
+using Constant = std::integral_constant<std::size_t, kSize>;
+
+// Calls work(size) with the size of a node: as a constant where it is usual, so that its copy
+// becomes one or two moves.
+template <typename Work>
+void WithNodeSize(std::size_t size, Work work) {
+  switch (size) {
+    case 3:
+      return work(Constant<3>());
+    case 4:
+      return work(Constant<4>());
+    case 6:
+      return work(Constant<6>());
+    case 8:
+      return work(Constant<8>());
+    case 12:
+      return work(Constant<12>());
+    case 16:
+      return work(Constant<16>());
+    case 24:
+      return work(Constant<24>());
+    default:
+      return work(size);
   }
 }
 
@@ -77,16 +105,16 @@ class Transfer {
 
   std::size_t NodeSize() const { return layout_.components * layout_.elementSize; }
 
-  // Calls copy(node, pixel) for each node of a row and its place in a band-by-pixel block.
+  // Calls copy(node, pixel, size) for each node of a row and its place in a band-by-pixel block.
   template <typename Copy>
   void ForEachPixel(unsigned row, unsigned plane, Copy copy) {
-    unsigned char* pixel = RowInBlock(row) + plane * NodeSize();
-    unsigned char* node = nodes_.data();
-    for (std::size_t x = 0; x < layout_.columns; ++x) {
-      copy(node, pixel);
-      node += NodeSize();
-      pixel += NodeSize() * layout_.planes;
-    }
+    WithNodeSize(NodeSize(), [&](auto size) {
+      unsigned char* pixel = RowInBlock(row) + plane * size;
+      unsigned char* node = nodes_.data();
+      const std::size_t count = layout_.columns;
+      const std::size_t step = size * layout_.planes;
+      for (std::size_t x = 0; x < count; ++x, node += size, pixel += step) copy(node, pixel, size);
+    });
   }
 
   void SeekTo(std::uint64_t offset) {
@@ -159,7 +187,7 @@ class ValueReader : private Transfer {
                        {nodes_.data(), layout_.NodeRowSize()}, layout_.columns, 1,
                        layout_.elementSize);
     }
-    ForEachPixel(row, z, [size = NodeSize()](unsigned char* node, const unsigned char* pixel) {
+    ForEachPixel(row, z, [](unsigned char* node, const unsigned char* pixel, auto size) {
       std::memcpy(node, pixel, size);
     });
   }
@@ -219,7 +247,7 @@ class ValueWriter : private Transfer {
                        {RowInBlock(row) + z * NodeSize(), NodeSize() * layout_.planes}, 1,
                        layout_.columns, layout_.elementSize);
     }
-    ForEachPixel(row, z, [size = NodeSize()](const unsigned char* node, unsigned char* pixel) {
+    ForEachPixel(row, z, [](const unsigned char* node, unsigned char* pixel, auto size) {
       std::memcpy(pixel, node, size);
     });
   }

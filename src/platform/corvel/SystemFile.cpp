@@ -21,9 +21,20 @@ int OpenFlags(const FileMode& mode) {
   int flags = O_CLOEXEC;
   flags |= mode.read && mode.write ? O_RDWR : mode.write ? O_WRONLY : O_RDONLY;
   if (mode.create) flags |= O_CREAT;
-  if (mode.truncate) flags |= O_TRUNC;
   if (mode.mustBeNew) flags |= O_EXCL;
   return flags;
+}
+
+// Not O_TRUNC: ext4 takes a file that was cut, even one that was empty, for one that is replaced,
+// and begins to write it to the disk when it is closed (Linux, ext4, "auto_da_alloc"). For a
+// temporary file that is work for nothing.
+std::error_code Empty(int descriptor, const struct stat& status) {
+  if (!S_ISREG(status.st_mode) || status.st_size == 0) return {};
+  int result = 0;
+  do {
+    result = ::ftruncate(descriptor, 0);
+  } while (result != 0 && errno == EINTR);
+  return result == 0 ? std::error_code() : LastError();
 }
 
 // Bytes that one call may move at `offset`, so that no position leaves the range of the system.
@@ -56,6 +67,8 @@ std::error_code SystemFile::Open(const std::wstring& path, const FileMode& mode,
     error = LastError();
   } else if (S_ISDIR(status.st_mode)) {
     error = std::make_error_code(std::errc::is_a_directory);
+  } else if (mode.truncate) {
+    error = Empty(descriptor, status);
   }
   if (error) {
     ::close(descriptor);

@@ -48,9 +48,10 @@ std::string Obstacle(const fs::path& path) {
 
 std::wstring OutputTarget(const std::wstring& path) {
   const fs::path given(corvel::PathToSystem(path));
-  if (path.find(L'\0') != std::wstring::npos || given.filename().empty()) {
-    FailToWrite(path, "this is no name of a file");
+  if (path.find(L'\0') != std::wstring::npos) {
+    throw FilterError("cannot write a file with a zero byte in its name");
   }
+  if (given.filename().empty()) FailToWrite(path, "this is no name of a file");
   std::error_code failed;
   const fs::path target = FollowLinks(given, failed);
   if (failed == std::errc::too_many_symbolic_link_levels) FailToWrite(path, failed.message());

@@ -79,13 +79,15 @@ void AsciiGridWriter::Check(const LatticeHeader& header) const {
 
 void AsciiGridWriter::Write(const LatticeHeader& header, LatticeRowSource& source) {
   OutputFile output(path_);
-  const std::string text = HeaderText(header);
-  output.File().Write(text.data(), text.size());
-  std::vector<unsigned char> row(RowSize(header));
-  for (unsigned y = header.rows; y-- > 0;) {
-    source.GiveRow(y, 0, row.data());
-    WriteLineOfNumbers(output.File(), header.dataType, row.data(), header.columns);
-  }
+  output.Fill([&](corvel::CBufferedFile& to) {
+    const std::string text = HeaderText(header);
+    to.Write(text.data(), text.size());
+    std::vector<unsigned char> row(RowSize(header));
+    for (unsigned y = header.rows; y-- > 0;) {
+      source.GiveRow(y, 0, row.data());
+      WriteLineOfNumbers(to, header.dataType, row.data(), header.columns);
+    }
+  });
   output.Commit();
 }
 

@@ -21,8 +21,14 @@ struct EnviFiles {
 // when the other file is missing, and corvel::Exception when `path` cannot be opened.
 EnviFiles FindEnviFiles(const std::wstring& path);
 
-// The pair to write for a new file: of "scan.hdr" the raw file is "scan.img"; everything else names
-// the raw file, whose extension becomes ".hdr" for the header.
+// The pair to write for a new file, by the name alone. Of "scan.hdr" the raw file is "scan.img", of
+// "scan.img.hdr" it is "scan.img"; everything else names the raw file, whose header is "scan.hdr"
+// for "scan.img" and the like, and "scan.xyz.hdr" where the extension is not one of those above.
 EnviFiles NewEnviFiles(const std::wstring& path);
+
+// Looks at what lies beside a pair from NewEnviFiles and raises FilterError, with the file that is
+// in the way, unless FindEnviFiles will find this very pair by both its names once it is written,
+// and no other raster loses its header. A pair may replace itself.
+void RequireOwnNames(const EnviFiles& files);
 
 }  // namespace trovan::filters

@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include <corvel/Path.h>
+#include <corvel/BufferedFile.h>
 
 #include "filters/lattice/EnviFiles.h"
 #include "filters/lattice/EnviPlace.h"
@@ -84,6 +84,7 @@ void EnviWriter::Check(const LatticeHeader& header) const {
   }
   CheckSize(header);
   CheckPlace(header);
+  RequireOwnNames(NewEnviFiles(path_));
 }
 
 EnviHeader EnviWriter::HeaderFor(const LatticeHeader& lattice) const {
@@ -116,18 +117,13 @@ void EnviWriter::Write(const LatticeHeader& header, LatticeRowSource& source) {
   const EnviFiles files = NewEnviFiles(path_);
   OutputFile rawFile(files.raw);
   OutputFile headerFile(files.header);
-  WriteRasterValues(rawFile.File(), layout, source);
-  const std::string text = FormatEnviHeader(envi);
-  headerFile.File().Write(text.data(), text.size());
-  headerFile.File().Flush();  // what fails here must fail before the raw file has its name
-  rawFile.Commit();
-  try {
-    headerFile.Commit();
-  } catch (...) {
-    // Beside no header, or an older one, the values mean nothing or something else.
-    corvel::RemoveFile(files.raw);
-    throw;
-  }
+  rawFile.Fill([&](corvel::CBufferedFile& to) { WriteRasterValues(to, layout, source); });
+  headerFile.Fill([&](corvel::CBufferedFile& to) {
+    const std::string text = FormatEnviHeader(envi);
+    to.Write(text.data(), text.size());
+  });
+  RequireOwnNames(files);  // the values may have taken long
+  CommitTogether(rawFile, headerFile);
 }
 
 }  // namespace trovan::filters

@@ -10,15 +10,16 @@ namespace trovan::filters {
 
 class EnviWriter : public LatticeWriter {
  public:
-  // `path` is that of the raw file, whose header gets the extension ".hdr", or that of the header,
-  // whose raw file gets the extension ".img". By default band sequential, rows top down, in the
-  // machine's byte order.
+  // `path` is that of the raw file or of the header; NewEnviFiles names the other. By default band
+  // sequential, rows top down, in the machine's byte order.
   EnviWriter(std::wstring path, const LatticeWriteOptions& options);
 
-  // Refuses lattices that are not uniform, signed 8-bit values and numbers as text.
+  // Refuses lattices that are not uniform, signed 8-bit values and numbers as text; and names that
+  // would mix the raster up with another one beside it, which it looks for.
   void Check(const LatticeHeader& header) const override;
 
-  // Replaces both files if they exist. Raises corvel::Exception when they cannot be written.
+  // Replaces both files if they exist, or neither. Raises FilterError when they cannot be written,
+  // or when names have been taken since Check.
   void Write(const LatticeHeader& header, LatticeRowSource& source) override;
 
  private:

@@ -107,9 +107,8 @@ void HgtWriter::Write(const LatticeHeader& header, LatticeRowSource& source) {
   LatticeHeader stored = header;
   stored.rowOrder = RowOrder::kTopDown;
   OutputFile file(path_);
-  WriteRasterValues(file.File(),
-                    RasterLayout(stored, Interleave::kBandSequential, ByteOrder::kBigEndian, 0),
-                    source);
+  const RasterLayout layout(stored, Interleave::kBandSequential, ByteOrder::kBigEndian, 0);
+  file.Fill([&](corvel::CBufferedFile& to) { WriteRasterValues(to, layout, source); });
   file.Commit();
 }
 

@@ -15,7 +15,7 @@ class HgtWriter : public LatticeWriter {
   // name that tells a position must tell that of the lattice, within a thousandth of a step.
   void Check(const LatticeHeader& header) const override;
 
-  // Replaces the file if it exists. Raises corvel::Exception when it cannot be written.
+  // Replaces the file if it exists. Raises FilterError when it cannot be written.
   void Write(const LatticeHeader& header, LatticeRowSource& source) override;
 
  private:

@@ -25,8 +25,8 @@ enum class ConversionOutcome { kDone, kCancelled, kDeclined };
 // files are gone in any case. `fileName` is for questions to the user.
 //
 // Raises FilterError when the format cannot hold the lattice, or when it is too large for the
-// temporary files or their disk, before anything is read; and for a file that is wrong. Raises
-// corvel::Exception when the system refuses.
+// temporary files or their disk, before anything is read; and for a file that is wrong or
+// cannot be written. Raises corvel::Exception when the system refuses anything else.
 ConversionOutcome ConvertLattice(LatticeReader& reader, LatticeWriter& writer,
                                  const std::wstring& fileName, const ConversionOptions& options,
                                  corvel::IProgress* progress);

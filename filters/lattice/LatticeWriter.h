@@ -41,7 +41,7 @@ class LatticeWriter {
   virtual ~LatticeWriter() = default;
 
   // Raises FilterError when the format cannot hold such a lattice, or not as the options want it:
-  // with what is in the way and what helps. Touches no file.
+  // with what is in the way and what helps. May look for files, but touches none.
   virtual void Check(const LatticeHeader& header) const = 0;
 
   // Writes the file or files under temporary names beside the final ones, and renames them when all

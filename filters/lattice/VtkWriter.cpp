@@ -219,7 +219,8 @@ void VtkWriter::Check(const LatticeHeader& header) const {
 
 void VtkWriter::Write(const LatticeHeader& header, LatticeRowSource& source) {
   OutputFile output(path_);
-  VtkFileWriter(output.File(), header, options_).Write(source);
+  output.Fill(
+      [&](corvel::CBufferedFile& to) { VtkFileWriter(to, header, options_).Write(source); });
   output.Commit();
 }
 

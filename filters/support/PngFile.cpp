@@ -23,7 +23,7 @@ void WritePng(const std::wstring& path, unsigned width, unsigned height,
   std::vector<std::uint8_t> bytes(size);
   encode(bytes.data(), size);
   OutputFile file(path);
-  file.File().Write(bytes.data(), size);
+  file.Fill([&](corvel::CBufferedFile& to) { to.Write(bytes.data(), size); });
   file.Commit();
 }
 

@@ -1,11 +1,11 @@
 #include "filters/lattice/EnviWriter.h"
 
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <random>
 #include <string>
-
-#include <corvel/Exception.h>
+#include <utility>
 
 #include "EnviFixture.h"
 #include "filters/lattice/EnviReader.h"
@@ -226,6 +226,19 @@ TEST_F(EnviWriterTest, ReplacesFilesThatExist) {
   EXPECT_THAT(Names(), ElementsAre("out.hdr", "out.img"));
 }
 
+TEST_F(EnviWriterTest, ChecksThatNoOtherRasterIsMixedUpWithIt) {
+  Put("s.img", "values of s.img");
+  Put("s.hdr", "header of s.img");
+  const LatticeHeader header = SmallLattice(corvel::kUInt8, 1, 1);
+  EXPECT_THAT(ErrorOf([&] { EnviWriter(File(L"s.bip"), {}).Check(header); }),
+              AllOf(HasSubstr("s.img is in the way"), HasSubstr("s.hdr"), HasSubstr("s.bip"),
+                    HasSubstr("choose another name")));
+  EXPECT_EQ(ErrorOf([&] { EnviWriter(File(L"s.img"), {}).Check(header); }), "");
+  EXPECT_EQ(ErrorOf([&] { EnviWriter(File(L"s.hdr"), {}).Check(header); }), "");
+  EXPECT_EQ(Bytes("s.hdr"), "header of s.img");
+  EXPECT_THAT(Names(), ElementsAre("s.hdr", "s.img"));
+}
+
 TEST_F(EnviWriterTest, RefusesWhatARasterCannotHold) {
   LatticeHeader header = SmallLattice(corvel::kUInt8, 2, 2);
   EXPECT_EQ(CheckError(header), "");
@@ -295,7 +308,7 @@ TEST_F(EnviWriterTest, LeavesNothingOnAFullDisk) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     const test::FileSizeLimit limit(c.bytes);
-    EXPECT_THROW(Write(nodes), corvel::Exception);
+    EXPECT_THROW(Write(nodes), FilterError);
     EXPECT_THAT(Names(), IsEmpty());
   }
 }
@@ -303,21 +316,65 @@ TEST_F(EnviWriterTest, LeavesNothingOnAFullDisk) {
 TEST_F(EnviWriterTest, LeavesNothingWhenTheHeaderDoesNotFit) {
   test::MemoryLattice nodes(SmallLattice(corvel::kUInt8, 2, 2));
   const test::FileSizeLimit limit(20);
-  EXPECT_THROW(Write(nodes), corvel::Exception);
+  EXPECT_THROW(Write(nodes), FilterError);
   EXPECT_THAT(Names(), IsEmpty());
 }
 
-TEST_F(EnviWriterTest, LeavesNothingWhenTheHeaderCannotHaveItsName) {
+TEST_F(EnviWriterTest, LeavesTheOlderRawFileWhenTheHeaderCannotHaveItsName) {
   std::filesystem::create_directory(Folder() / "out.hdr");
+  Put("out.img", "precious");
   test::MemoryLattice nodes(SmallLattice(corvel::kUInt8, 2, 2));
-  EXPECT_THAT(ErrorOf([&] { Write(nodes); }), HasSubstr("out.hdr\" its name"));
-  EXPECT_THAT(Names(), ElementsAre("out.hdr"));
+  for (const wchar_t* name : {L"out.img", L"out.hdr"}) {
+    EnviWriter writer(File(name), {});
+    for (const bool isChecked : {true, false}) {
+      const std::string error = ErrorOf([&] {
+        if (isChecked) writer.Check(nodes.Header());
+        writer.Write(nodes.Header(), nodes);
+      });
+      EXPECT_THAT(error, AllOf(HasSubstr("cannot write"), HasSubstr("out.hdr\": it is a folder")));
+      EXPECT_EQ(Bytes("out.img"), "precious");
+      EXPECT_THAT(Names(), ElementsAre("out.hdr", "out.img"));
+    }
+  }
+}
+
+// Does something to the folder when the last row is asked for.
+class MeddlingSource : public LatticeRowSource {
+ public:
+  MeddlingSource(test::MemoryLattice& nodes, std::function<void()> meddle)
+      : nodes_(nodes), meddle_(std::move(meddle)) {}
+
+  void GiveRow(unsigned y, unsigned z, void* nodes) override {
+    nodes_.GiveRow(y, z, nodes);
+    if (y == 0) meddle_();
+  }
+  void GiveCoordinateRow(unsigned, unsigned, void*) override {}
+
+ private:
+  test::MemoryLattice& nodes_;
+  std::function<void()> meddle_;
+};
+
+TEST_F(EnviWriterTest, LeavesOlderFilesWhenTheirNamesAreTakenWhileItWrites) {
+  Put("out.img", "precious");
+  test::MemoryLattice nodes(SmallLattice(corvel::kUInt8, 2, 2));
+  EnviWriter writer(File(L"out.img"), {});
+  MeddlingSource folder(nodes, [&] { std::filesystem::create_directory(Folder() / "out.hdr"); });
+  EXPECT_THAT(ErrorOf([&] { writer.Write(nodes.Header(), folder); }), HasSubstr("it is a folder"));
+  EXPECT_THAT(Names(), ElementsAre("out.hdr", "out.img"));
+  std::filesystem::remove(Folder() / "out.hdr");
+
+  MeddlingSource header(nodes, [&] { Put("out.img.hdr", "another header"); });
+  EXPECT_THAT(ErrorOf([&] { writer.Write(nodes.Header(), header); }),
+              HasSubstr("out.img.hdr is in the way"));
+  EXPECT_THAT(Names(), ElementsAre("out.img", "out.img.hdr"));
+  EXPECT_EQ(Bytes("out.img"), "precious");
 }
 
 TEST_F(EnviWriterTest, RaisesWhereNoFileMayBeMade) {
   test::MemoryLattice nodes(SmallLattice(corvel::kUInt8, 2, 2));
-  EXPECT_THROW(Write(nodes, {}, L"no folder/out.img"), corvel::Exception);
-  EXPECT_THROW(EnviWriter(L"/proc/out.img", {}).Write(nodes.Header(), nodes), corvel::Exception);
+  EXPECT_THROW(Write(nodes, {}, L"no folder/out.img"), FilterError);
+  EXPECT_THROW(EnviWriter(L"/proc/out.img", {}).Write(nodes.Header(), nodes), FilterError);
   EXPECT_THAT(Names(), IsEmpty());
 }
 

@@ -249,7 +249,7 @@ TEST_F(HgtTest, LeavesNothingWhenTheSourceRaises) {
 TEST_F(HgtTest, LeavesNothingOnAFullDisk) {
   test::MemoryLattice nodes(Tile(300, 11.0, 57.0));
   const test::FileSizeLimit limit(100'000);
-  EXPECT_THROW(HgtWriter(File(L"a.hgt"), {}).Write(nodes.Header(), nodes), corvel::Exception);
+  EXPECT_THROW(HgtWriter(File(L"a.hgt"), {}).Write(nodes.Header(), nodes), FilterError);
   EXPECT_THAT(Names(), IsEmpty());
 }
 

@@ -132,7 +132,7 @@ TEST_F(LatticeConversionEndTest, LeavesNothingBehindWhenTheWriterFails) {
   }
   auto reader = Reader();
   VtkWriter nowhere(Output(L"no folder/out.vtk"), {});
-  EXPECT_THROW(ConvertLattice(reader, nowhere, L"in", {}, nullptr), corvel::Exception);
+  EXPECT_THROW(ConvertLattice(reader, nowhere, L"in", {}, nullptr), FilterError);
   ExpectNothingIsLeft();
 }
 
@@ -156,7 +156,7 @@ TEST_F(LatticeConversionEndTest, LeavesNothingBehindWhenTheDiskIsFullForTheOutpu
   text.asText = true;
   VtkWriter writer(Output(L"out.vtk"), text);
   const test::FileSizeLimit full(1'500'000);
-  EXPECT_THROW(ConvertLattice(reader, writer, L"in", {}, nullptr), corvel::Exception);
+  EXPECT_THROW(ConvertLattice(reader, writer, L"in", {}, nullptr), FilterError);
   ExpectNothingIsLeft();
 }
 

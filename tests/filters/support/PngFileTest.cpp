@@ -62,10 +62,10 @@ TEST(PngFile, ThatDoesNotFitOnTheDiskLeavesNothingBehind) {
   const auto pixels = RandomPixels(std::size_t{200} * 200);
   {
     const test::FileSizeLimit full(10'000);
-    EXPECT_THROW(WritePng(folder.File(L"p.png"), 200, 200, pixels), corvel::Exception);
+    EXPECT_THROW(WritePng(folder.File(L"p.png"), 200, 200, pixels), FilterError);
   }
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
-  EXPECT_THROW(WritePng(folder.File(L"none/p.png"), 200, 200, pixels), corvel::Exception);
+  EXPECT_THROW(WritePng(folder.File(L"none/p.png"), 200, 200, pixels), FilterError);
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ std::wstring NameBeside(const std::wstring& path) {
   const fs::path folder = fs::path(corvel::PathToSystem(path)).parent_path();
   for (int attempt = 1;; ++attempt) {
     const fs::path name = folder / (".trovan-" + std::to_string(random()) + ".part");
-    const std::wstring wide = corvel::PathFromSystem(name.string());
+    std::wstring wide = corvel::PathFromSystem(name.string());
     if (attempt == kAttempts || !corvel::FileExists(wide)) return wide;
   }
 }

@@ -46,7 +46,7 @@ class LatticeConvertCommandTest : public LatticeCommandFixture {
 };
 
 TEST_F(LatticeConvertCommandTest, WritesEveryFormat) {
-  for (const char* name : {"out.asc", "out.vtk", "out.hdr", "out.bil", "out.dat"}) {
+  for (const char* name : {"a.asc", "a.vtk", "b.hdr", "c.bil", "d.dat"}) {
     Convert(SaveGrid(), name);
     EXPECT_EQ(NodesOf(Path(name)), "1 2 3\n4 -1 6.5\n") << name;
   }

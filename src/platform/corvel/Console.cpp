@@ -63,6 +63,7 @@ bool WaitForStandardInput() {
   sigemptyset(&watched);
   sigaddset(&watched, SIGINT);
   sigaddset(&watched, SIGTERM);
+  sigaddset(&watched, SIGHUP);
   // The signals are let in only while pselect waits, so that none comes between the look and it.
   ::pthread_sigmask(SIG_BLOCK, &watched, &before);
   for (int ready = -1; ready < 0 && !WasInterrupted();) {

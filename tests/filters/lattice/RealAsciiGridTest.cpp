@@ -10,6 +10,7 @@
 #include <corvel/Path.h>
 
 #include "MemoryLattice.h"
+#include "RealLattices.h"
 #include "filters/lattice/AsciiGridReader.h"
 #include "filters/lattice/AsciiGridWriter.h"
 #include "support/Sha256.h"
@@ -18,25 +19,18 @@
 namespace trovan::filters {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
-class RealAsciiGridTest : public testing::Test {
+class RealAsciiGridTest : public test::RealLattices {
  protected:
   void SetUp() override {
-    if (!std::filesystem::exists(Folder() / "lattice" / "expected.json")) {
-      GTEST_SKIP() << "no lattices in " << Folder()
-                   << ": set the CMake variable TROVAN_TEST_DATA to a folder that has them.";
-    }
-    const json all = json::parse(test::ReadBytes(Folder() / "lattice" / "expected.json"));
+    RealLattices::SetUp();
+    if (IsSkipped()) return;
+    const json all = Expected();
     for (const auto& [name, grid] : all.items()) {
       if (grid.contains("as_float64")) grids_[name] = grid;
     }
     ASSERT_GE(grids_.size(), 9U);
-  }
-
-  static std::filesystem::path Folder() { return TROVAN_TEST_DATA; }
-  static std::wstring Path(const std::string& name) {
-    return corvel::PathFromSystem((Folder() / name).string());
   }
 
   static test::MemoryLattice Read(const std::wstring& path) {

@@ -10,6 +10,7 @@
 #include <corvel/Path.h>
 
 #include "MemoryLattice.h"
+#include "RealLattices.h"
 #include "filters/lattice/VtkReader.h"
 #include "filters/lattice/VtkWriter.h"
 #include "support/Sha256.h"
@@ -18,26 +19,19 @@
 namespace trovan::filters {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 using testing::ElementsAre;
 
-class RealVtkTest : public testing::Test {
+class RealVtkTest : public test::RealLattices {
  protected:
   void SetUp() override {
-    if (!std::filesystem::exists(Folder() / "lattice" / "expected.json")) {
-      GTEST_SKIP() << "no lattices in " << Folder()
-                   << ": set the CMake variable TROVAN_TEST_DATA to a folder that has them.";
-    }
-    const json all = json::parse(test::ReadBytes(Folder() / "lattice" / "expected.json"));
+    RealLattices::SetUp();
+    if (IsSkipped()) return;
+    const json all = Expected();
     for (const auto& [name, file] : all.items()) {
       if (name.ends_with(".vtk")) files_[name] = file;
     }
     ASSERT_GE(files_.size(), 2U);
-  }
-
-  static std::filesystem::path Folder() { return TROVAN_TEST_DATA; }
-  static std::wstring Path(const std::string& name) {
-    return corvel::PathFromSystem((Folder() / name).string());
   }
 
   static test::MemoryLattice Read(const std::wstring& path) {

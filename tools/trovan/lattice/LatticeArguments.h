@@ -30,6 +30,10 @@ struct LatticeInput {
 // Adds the file and the options that tell how to read it. `input` must outlive the parsing.
 void AddLatticeInput(CLI::App& command, LatticeInput& input);
 
+// Checks of numbers. (The parser of numbers also takes "nan" and "inf".)
+extern const CLI::Validator kFinite;
+extern const CLI::Validator kPercent;  // finite, and not negative
+
 // A message of the command on standard error, without the control characters that a file may hold.
 void Warn(const std::string& message);
 

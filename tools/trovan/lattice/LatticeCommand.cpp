@@ -1,6 +1,9 @@
 #include "lattice/LatticeCommand.h"
 
+#include <cmath>
 #include <cstdio>
+#include <limits>
+#include <string>
 
 #include <corvel/Path.h>
 #include <corvel/Text.h>
@@ -9,6 +12,24 @@
 #include "lattice/LatticeArguments.h"
 
 namespace trovan::tool {
+namespace {
+
+// Whether the text is a number in the range. Text that is none is left to the parser of numbers.
+std::string CheckNumber(const std::string& text, double lowest, const char* otherwise) {
+  double number = 0.0;
+  if (!CLI::detail::lexical_cast(text, number)) return {};
+  return std::isfinite(number) && number >= lowest ? "" : otherwise + text;
+}
+
+}  // namespace
+
+const CLI::Validator kFinite(
+    [](const std::string& text) {
+      return CheckNumber(text, std::numeric_limits<double>::lowest(), "no finite number: ");
+    },
+    "");
+const CLI::Validator kPercent(
+    [](const std::string& text) { return CheckNumber(text, 0.0, "no percentage: "); }, "PERCENT");
 
 std::wstring LatticeInput::Path() const { return corvel::PathFromSystem(file); }
 

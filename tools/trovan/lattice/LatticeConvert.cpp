@@ -187,9 +187,11 @@ void AddValueOptions(CLI::App& command, ConvertArguments& arguments) {
   valid->needs(replace);
   replace->needs(valid);
   auto* invalid =
-      command.add_option("--replace-invalid", arguments.invalidReplacement,
-                         "Replace NaN and infinite values by this one; otherwise a question is "
-                         "asked on a terminal, and elsewhere the conversion refused");
+      command
+          .add_option("--replace-invalid", arguments.invalidReplacement,
+                      "Replace NaN and infinite values by this one; otherwise a question is "
+                      "asked on a terminal, and elsewhere the conversion refused")
+          ->check(kFinite);
   command.add_flag("--keep-invalid", arguments.keepInvalid, "Leave NaN and infinite values")
       ->excludes(invalid);
 }
@@ -215,7 +217,7 @@ void AddLatticeConvert(CLI::App& lattice, Work& work) {
       ->add_option("--tolerance", arguments->spacingTolerance,
                    "Percent of the mean step that the steps of an axis may be off when a "
                    "rectilinear lattice is written in a format for uniform ones")
-      ->check(CLI::NonNegativeNumber)
+      ->check(kPercent)
       ->capture_default_str();
   command->callback([arguments, &work] { work = [arguments] { return Convert(*arguments); }; });
 }

@@ -46,7 +46,7 @@ void AddLatticeInfo(CLI::App& lattice, Work& work) {
   command
       ->add_option("--tolerance", arguments->tolerance,
                    "Percent of the mean step that the steps of an equally spaced axis may be off")
-      ->check(CLI::NonNegativeNumber)
+      ->check(kPercent)
       ->capture_default_str();
   command->callback([arguments, &work] { work = [arguments] { return Info(*arguments); }; });
 }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 
 #include <corvel/Path.h>
 #include <corvel/Text.h>
@@ -40,6 +42,24 @@ bool IsEnviExtension(const std::wstring& extension) {
                     ".bip, .bin with a .hdr beside it) an ENVI raster");
 }
 
+// A raw file of any name with its header beside it.
+bool HasEnviHeader(const std::wstring& path) {
+  corvel::CPath header(path);
+  header.SetExtension(L".hdr");
+  return corvel::FileExists(path + L".hdr") || corvel::FileExists(header.GetPath());
+}
+
+// Lattices are read here and there, which a pipe cannot be; and opening one would wait.
+void RequireFile(const std::wstring& path) {
+  std::error_code failed;
+  const auto status = std::filesystem::status(corvel::PathToSystem(path), failed);
+  if (!std::filesystem::exists(status) || std::filesystem::is_regular_file(status) ||
+      std::filesystem::is_directory(status)) {
+    return;  // what is wrong with the others, the readers tell
+  }
+  throw FilterError(corvel::Utf8FromWide(path) + ": this is a device or a pipe, no file");
+}
+
 void RefusePlanes(const std::wstring& path, const LatticeReadOptions& options) {
   if (options.planes == 1) return;
   throw FilterError(corvel::Utf8FromWide(path) +
@@ -55,6 +75,7 @@ void RefuseArray(const std::wstring& path, const LatticeReadOptions& options) {
 
 std::unique_ptr<LatticeReader> OpenLattice(const std::wstring& path,
                                            const LatticeReadOptions& options) {
+  RequireFile(path);
   const std::wstring extension = Extension(path);
   if (extension == L".vtk") {
     RefusePlanes(path, options);
@@ -62,7 +83,8 @@ std::unique_ptr<LatticeReader> OpenLattice(const std::wstring& path,
   }
   RefuseArray(path, options);
   // A raw file of ENVI may have no extension at all.
-  if (extension.empty() || IsEnviExtension(extension)) {
+  const bool isKnown = extension == L".asc" || extension == L".hgt";
+  if (extension.empty() || IsEnviExtension(extension) || (!isKnown && HasEnviHeader(path))) {
     return std::make_unique<EnviReader>(path, options.planes);
   }
   RefusePlanes(path, options);

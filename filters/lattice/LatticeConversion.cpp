@@ -151,7 +151,11 @@ std::string InMegabytes(std::uint64_t bytes) { return std::to_string(bytes / 1'0
 
 void RequireRoom(std::uint64_t bytes) {
   const std::wstring folder = corvel::CPath::GetTempPath(true);
-  if (folder.empty()) return;  // the resequencer tells that
+  if (folder.empty()) {
+    throw FilterError(
+        "there is no folder for temporary files (GetTempPath failed); TMPDIR has to "
+        "name one that exists");
+  }
   std::error_code unknown;
   const auto space = std::filesystem::space(corvel::PathToSystem(folder), unknown);
   if (unknown || space.available >= bytes) return;

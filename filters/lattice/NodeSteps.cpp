@@ -42,7 +42,14 @@ void CheckOptions(const LatticeHeader& header, const NodeOptions& options) {
         std::string(NodeTypeName(header.dataType)));
   }
   if (options.validRange && !(options.validRange->lowest <= options.validRange->highest)) {
-    throw FilterError("no value lies in the valid range: its lowest value has to come first");
+    throw FilterError(
+        "no value lies in the valid range: it needs two numbers, the lower one first");
+  }
+  if (options.validRange && !IsInteger(header.dataType) &&
+      !StoredValue(header.dataType, options.validRange->replacement)) {
+    throw FilterError(ShortestText(options.validRange->replacement) +
+                      " cannot replace values: as a node of the type " +
+                      std::string(NodeTypeName(header.dataType)) + " it would be invalid");
   }
   if (options.voidValue) CheckVoidValue(header, options);
   if (!options.scale) return;
@@ -50,6 +57,10 @@ void CheckOptions(const LatticeHeader& header, const NodeOptions& options) {
   if (!IsInteger(*options.type)) {
     throw FilterError("values are scaled to integer types; " +
                       std::string(NodeTypeName(*options.type)) + " takes them as they are");
+  }
+  // The library scales to 64 bits without an offset, so that the upper half would be lost.
+  if (*options.type == corvel::kInt64) {
+    throw FilterError("values can be scaled to types of up to 32 bits, not to int64");
   }
   if (!std::isfinite(options.scale->lowest) || !std::isfinite(options.scale->highest) ||
       options.scale->lowest == options.scale->highest) {

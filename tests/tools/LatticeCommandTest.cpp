@@ -67,6 +67,8 @@ TEST_F(LatticeCommandTest, RefusesArgumentsThatMakeNoSense) {
       {"convert", grid, vtk, "--valid", "0", "1"},
       {"convert", grid, vtk, "--valid", "0", "--replace", "1"},
       {"convert", grid, vtk, "--replace", "1"},
+      {"convert", grid, vtk, "--valid", "0", "1", "--replace", "nan"},
+      {"convert", grid, vtk, "--void", "inf"},
       {"convert", grid, vtk, "--replace-invalid", "none"},
       {"convert", grid, vtk, "--replace-invalid", "nan"},
       {"convert", grid, vtk, "--replace-invalid", "0", "--keep-invalid"},

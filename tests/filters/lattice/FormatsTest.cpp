@@ -6,6 +6,8 @@
 #include <typeindex>
 #include <typeinfo>
 
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <corvel/Exception.h>
@@ -56,6 +58,22 @@ class FormatsTest : public testing::Test {
 
   test::TempFolder folder_;
 };
+
+TEST_F(FormatsTest, TakeARawFileOfAnyNameWithAHeaderBesideIt) {
+  Save(L"heights.img");
+  std::filesystem::rename(folder_.Path() / "heights.img", folder_.Path() / "heights.v2");
+  std::filesystem::rename(folder_.Path() / "heights.hdr", folder_.Path() / "heights.v2.hdr");
+  EXPECT_EQ(ReaderOf(L"heights.v2"), typeid(EnviReader));
+  EXPECT_THAT(OpenError(L"heights.v3"), HasSubstr("does not tell the format"));
+}
+
+// Opening a pipe would wait for somebody to write into it.
+TEST_F(FormatsTest, AreNoPipesAndDevices) {
+  ASSERT_EQ(::mkfifo((folder_.Path() / "pipe.asc").c_str(), 0600), 0);
+  EXPECT_THAT(OpenError(L"pipe.asc"), HasSubstr("a device or a pipe"));
+  EXPECT_THAT(FilterErrorOf([] { OpenLattice(L"/dev/null", {}); }),
+              HasSubstr("a device or a pipe"));
+}
 
 TEST_F(FormatsTest, AreToldByTheExtension) {
   const struct {

@@ -195,7 +195,7 @@ TEST(NodeStepsRange, IsRefusedWhenNothingLiesInIt) {
     options.validRange = {5.0, highest, 0.0};
     EXPECT_THAT(
         FilterErrorOf([&] { NodeSteps(test::UniformHeader(corvel::kFloat, 1, 1), options, L"f"); }),
-        HasSubstr("lowest value has to come first"));
+        HasSubstr("two numbers, the lower one first"));
   }
   NodeOptions options;
   options.validRange = {5.0, 5.0, 0.0};
@@ -244,6 +244,15 @@ TEST(NodeStepsConversion, LeavesNodesOfTheSameTypeWhereTheyAre) {
   float row[] = {1.0F, kNaN};
   EXPECT_EQ(steps.Apply(row), row);
   EXPECT_EQ(steps.Result().dataType, corvel::kFloat);
+}
+
+TEST(NodeStepsRange, TakesNoReplacementThatWouldBeInvalid) {
+  NodeOptions options;
+  options.validRange = {0.0, 1.0, 1e300};
+  EXPECT_THAT(
+      FilterErrorOf([&] { NodeSteps(test::UniformHeader(corvel::kFloat, 1, 1), options, L"f"); }),
+      HasSubstr("1e+300 cannot replace values"));
+  EXPECT_NO_THROW(NodeSteps(test::UniformHeader(corvel::kDouble, 1, 1), options, L"f"));
 }
 
 TEST(NodeStepsVoid, StaysWhenTheNewTypeHoldsItAndNothingIsScaled) {
@@ -330,9 +339,10 @@ TEST(NodeStepsConversion, IsRefusedWhenTheOptionsContradictEachOther) {
   } cases[] = {{std::nullopt, {0.0, 1.0}, "scaled to a type"},
                {corvel::kFloat, {0.0, 1.0}, "float takes them as they are"},
                {corvel::kDouble, {0.0, 1.0}, "double takes them as they are"},
+               {corvel::kInt64, {0.0, 1.0}, "not to int64"},
                {corvel::kUInt8, {1.0, 1.0}, "between two finite numbers"},
                {corvel::kUInt8, {0.0, NAN}, "between two finite numbers"},
-               {corvel::kUInt8, {-INFINITY, 1.0}, "between two finite numbers"}};
+               {corvel::kUInt8, {-double{INFINITY}, 1.0}, "between two finite numbers"}};
   for (const auto& c : cases) {
     NodeOptions options;
     options.type = c.type;

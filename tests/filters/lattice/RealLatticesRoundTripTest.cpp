@@ -49,7 +49,7 @@ const std::map<std::string, std::string> kRefused = {
     {"dted/n43.dt0", "does not tell the format"},  // DTED
     {"ehdr/ehdr10.bil", "ehdr10.hdr"},             // ESRI's raw raster: its header is not ENVI's
     {"ehdr/ehdr10.hdr", "ehdr10.hdr"},
-    {"ehdr/ehdr11.flt", "does not tell the format"},
+    {"ehdr/ehdr11.flt", "is no ENVI header"},
     {"ehdr/ehdr11.hdr", "ehdr11"},  // nor is there a raw file of an ENVI name
     {"vtk/HeadMRVolume.mhd", "does not tell the format"},  // MetaImage
     {"vtk/HeadMRVolume.raw", "HeadMRVolume.hdr"},          // no ENVI header beside it

@@ -170,20 +170,24 @@ void AddValueOptions(CLI::App& command, ConvertArguments& arguments) {
   });
   command
       .add_option("--scale", arguments.scale,
-                  "Map MIN to the lowest and MAX to the highest number of the type")
+                  "Map MIN to the lowest and MAX to the highest number of an integer type of up to "
+                  "32 bits; values outside wrap unless --valid keeps them inside")
       ->expected(2)
       ->type_name("MIN MAX")
       ->needs(type);
-  command.add_option("--void", arguments.voidValue,
-                     "Mark nodes without a value by this one; needed when the type cannot hold the "
-                     "present mark, or with --scale");
+  command
+      .add_option("--void", arguments.voidValue,
+                  "Mark nodes without a value by this one; needed when the type cannot hold the "
+                  "present mark, or with --scale")
+      ->check(kFinite);
   auto* valid = command
                     .add_option("--valid", arguments.valid,
                                 "Replace values below MIN or above MAX by the value of --replace")
                     ->expected(2)
                     ->type_name("MIN MAX");
   auto* replace =
-      command.add_option("--replace", arguments.replacement, "What --valid puts in their place");
+      command.add_option("--replace", arguments.replacement, "What --valid puts in their place")
+          ->check(kFinite);
   valid->needs(replace);
   replace->needs(valid);
   auto* invalid =

@@ -23,8 +23,8 @@ namespace trovan {
 // (with the nearest float). Returns whether there was one. Nodes of all other types are always
 // valid: they are not read.
 //
-// Every finite number is valid, however large. The array may lie at any alignment; it is written
-// only where nodes are replaced.
+// Every finite number is valid, however large. The array may lie at any alignment. Where no node is
+// replaced, it is not written.
 //
 // REQUIRES: `data` points to n packed elements of `type`.
 TROVAN_API bool FilterInvalidNodes(void* data, corvel::PrimType type, std::size_t n,

@@ -72,11 +72,10 @@ HWY_INLINE hn::Mask<D> TestVector(D d, hn::Vec<D> values, const Outside<T>& outs
                 hn::Gt(hn::Set(d, outside.lowest), values));
 }
 
-// Writes the vector back if the test held anywhere in it.
 template <class D>
 HWY_INLINE void StoreReplaced(D d, hn::Vec<D> values, hn::Mask<D> bad, hn::Vec<D> replacement,
                               unsigned char* at) {
-  if (!hn::AllFalse(d, bad)) StoreVector(d, hn::IfThenElse(bad, replacement, values), at);
+  StoreVector(d, hn::IfThenElse(bad, replacement, values), at);
 }
 
 template <class D>
@@ -104,6 +103,8 @@ HWY_INLINE bool Replace(void* values, std::size_t n, T replacement, const Test& 
     const auto bad3 = TestVector(d, v3, test);
     if (HWY_LIKELY(hn::AllFalse(d, AnyOf<decltype(d)>(bad0, bad1, bad2, bad3)))) continue;
     replaced = true;
+    // All four: where bad values are frequent, a branch for each vector would cost more than the
+    // stores.
     StoreReplaced(d, v0, bad0, with, at);
     StoreReplaced(d, v1, bad1, with, at + stride);
     StoreReplaced(d, v2, bad2, with, at + 2 * stride);

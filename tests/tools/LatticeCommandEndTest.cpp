@@ -79,7 +79,6 @@ TEST_F(LatticeCommandEndTest, LeavesNothingBehindOnCtrlCAndWhenItsTerminalCloses
 TEST_F(LatticeCommandEndTest, LeavesNothingBehindWhenFilesMayNotBecomeSoLarge) {
   const std::string large = SaveLarge("large", 1'000, 1'000);
   const FileSizeLimit limit(500'000);
-  std::signal(SIGXFSZ, SIG_DFL);  // as a program finds it that is started under ulimit
   const Outcome outcome = Run({"convert", large, Path("out.vtk")});
   EXPECT_EQ(outcome.signal, 0);
   EXPECT_EQ(outcome.code, 1);

@@ -24,8 +24,9 @@ namespace {
   ::dup2(output, STDOUT_FILENO);
   ::dup2(errors, STDERR_FILENO);
   // As a shell starts it, whatever the tests run under.
-  std::signal(SIGPIPE, SIG_DFL);
-  std::signal(SIGINT, SIG_DFL);
+  for (const int signal : {SIGPIPE, SIGINT, SIGTERM, SIGHUP, SIGXFSZ}) {
+    std::signal(signal, SIG_DFL);
+  }
   std::vector<char*> argv;
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);

@@ -24,7 +24,7 @@ using json = nlohmann::ordered_json;
 class RealAsciiGridTest : public test::RealLattices {
  protected:
   void SetUp() override {
-    RealLattices::SetUp();
+    RealLatticesOn::SetUp();
     if (IsSkipped()) return;
     const json all = Expected();
     for (const auto& [name, grid] : all.items()) {

@@ -1,15 +1,13 @@
 // ENVI rasters and height tiles that other programs wrote, with what is known of them.
 #include <algorithm>
-#include <filesystem>
 #include <limits>
 #include <memory>
 #include <string>
 
 #include <nlohmann/json.hpp>
 
-#include <corvel/Path.h>
-
 #include "EnviFixture.h"
+#include "RealLattices.h"
 #include "filters/lattice/EnviReader.h"
 #include "filters/lattice/EnviWriter.h"
 #include "filters/lattice/HgtReader.h"
@@ -68,25 +66,17 @@ struct Values {
   double most = std::numeric_limits<double>::lowest();
 };
 
-class RealEnviTest : public RasterTest {
+class RealEnviTest : public test::RealLatticesOn<RasterTest> {
  protected:
   void SetUp() override {
-    const std::filesystem::path expected = Data() / "lattice" / "expected.json";
-    if (!std::filesystem::exists(expected)) {
-      GTEST_SKIP() << "no lattices in " << Data()
-                   << ": set the CMake variable TROVAN_TEST_DATA to a folder that has them.";
-    }
-    const ordered_json all = ordered_json::parse(test::ReadBytes(expected));
+    RealLatticesOn::SetUp();
+    if (IsSkipped()) return;
+    const ordered_json all = Expected();
     for (const auto& [name, known] : all.items()) {
       const ordered_json driver = known.value("driver", "");
       if (driver == "ENVI" || driver == "SRTMHGT") known_[name] = known;
     }
     ASSERT_GE(known_.size(), 5U);
-  }
-
-  static std::filesystem::path Data() { return TROVAN_TEST_DATA; }
-  static std::wstring Path(const std::string& name) {
-    return corvel::PathFromSystem((Data() / name).string());
   }
 
   ordered_json known_;
@@ -158,7 +148,7 @@ TEST_F(RealEnviTest, OfHeightsAreWrittenByteForByte) {
     HgtWriter writer(File(file.wstring()), {});
     writer.Check(nodes.Header());
     writer.Write(nodes.Header(), nodes);
-    EXPECT_TRUE(Bytes(file.c_str()) == test::ReadBytes(Data() / name));
+    EXPECT_TRUE(Bytes(file.c_str()) == test::ReadBytes(DataFolder() / name));
     ++tiles;
   }
   EXPECT_GT(tiles, 0U);

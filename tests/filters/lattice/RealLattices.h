@@ -14,25 +14,29 @@
 
 namespace trovan::test {
 
-class RealLattices : public testing::Test {
+// A fixture on the real files; `Base` is the one that a test needs besides.
+template <typename Base>
+class RealLatticesOn : public Base {
  protected:
   void SetUp() override {
-    if (std::filesystem::exists(Folder() / "lattice" / "expected.json")) return;
-    GTEST_SKIP() << "no lattices in " << Folder()
+    if (std::filesystem::exists(DataFolder() / "lattice" / "expected.json")) return;
+    GTEST_SKIP() << "no lattices in " << DataFolder()
                  << ": set the CMake variable TROVAN_TEST_DATA to a folder that has them.";
   }
 
-  static std::filesystem::path Folder() { return TROVAN_TEST_DATA; }
+  static std::filesystem::path DataFolder() { return TROVAN_TEST_DATA; }
 
   // `name` counts from the folder, as the names of Expected do.
   static std::wstring Path(const std::string& name) {
-    return corvel::PathFromSystem((Folder() / name).string());
+    return corvel::PathFromSystem((DataFolder() / name).string());
   }
 
   // What is known of each file, by its name.
   static nlohmann::ordered_json Expected() {
-    return nlohmann::ordered_json::parse(ReadBytes(Folder() / "lattice" / "expected.json"));
+    return nlohmann::ordered_json::parse(ReadBytes(DataFolder() / "lattice" / "expected.json"));
   }
 };
+
+using RealLattices = RealLatticesOn<testing::Test>;
 
 }  // namespace trovan::test

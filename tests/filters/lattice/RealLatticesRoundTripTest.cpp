@@ -8,9 +8,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <corvel/Path.h>
 
 #include "ConversionFixture.h"
+#include "RealLattices.h"
 #include "filters/lattice/Formats.h"
 
 namespace trovan::filters {
@@ -59,20 +59,11 @@ const std::map<std::string, std::string> kRefused = {
 
 constexpr RowOrder kRowOrders[] = {RowOrder::kTopDown, RowOrder::kBottomUp};
 
-class RealLatticesRoundTripTest : public ConversionFixture {
+class RealLatticesRoundTripTest : public test::RealLatticesOn<ConversionFixture> {
  protected:
-  void SetUp() override {
-    if (!std::filesystem::exists(Folder())) {
-      GTEST_SKIP() << "no lattices in " << Folder()
-                   << ": set the CMake variable TROVAN_TEST_DATA to a folder that has them.";
-    }
-  }
-
-  static std::filesystem::path Folder() {
-    return std::filesystem::path(TROVAN_TEST_DATA) / "lattice";
-  }
+  static std::filesystem::path Folder() { return DataFolder() / "lattice"; }
   static std::wstring Path(const std::string& name) {
-    return corvel::PathFromSystem((Folder() / name).string());
+    return RealLatticesOn::Path("lattice/" + name);
   }
   static MemoryLattice Read(const std::wstring& path, unsigned planes = 1) {
     LatticeReadOptions options;

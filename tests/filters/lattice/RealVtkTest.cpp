@@ -25,7 +25,7 @@ using testing::ElementsAre;
 class RealVtkTest : public test::RealLattices {
  protected:
   void SetUp() override {
-    RealLattices::SetUp();
+    RealLatticesOn::SetUp();
     if (IsSkipped()) return;
     const json all = Expected();
     for (const auto& [name, file] : all.items()) {

@@ -159,7 +159,16 @@ void CBufferedFile::Write(gsl::not_null<const void*> buffer, std::size_t count) 
 
 std::size_t CBufferedFile::ReadSlowly(void* buffer, std::size_t count) {
   RequireReadable();
-  auto* to = static_cast<unsigned char*>(buffer);
+  const long long left = std::max(0LL, readEnd_ - GetPosition());
+  const auto allowed = static_cast<std::size_t>(
+      std::min<unsigned long long>(count, static_cast<unsigned long long>(left)));
+  const std::size_t got = ReadBeforeEnd(static_cast<unsigned char*>(buffer), allowed);
+  if (got < count) end_ = true;
+  return got;
+}
+
+// The same where no end was set in front of that of the file.
+std::size_t CBufferedFile::ReadBeforeEnd(unsigned char* to, std::size_t count) {
   std::size_t got = 0;
   if (pushedBack_ >= 0 && count > 0) {
     to[got++] = static_cast<unsigned char>(pushedBack_);
@@ -185,7 +194,6 @@ std::size_t CBufferedFile::ReadSlowly(void* buffer, std::size_t count) {
       if (!FillWindow(missing, kept)) break;
     }
   }
-  end_ = true;
   return got;
 }
 
@@ -362,9 +370,24 @@ void CBufferedFile::RestartWindow(long long position) {
 // Sets the ends of the short roads: whatever changes the window, the pushed-back byte or the file
 // calls this.
 void CBufferedFile::NoteWindow() {
+  returnedAt_ = kNowhere;
+  NoteEnds();
+}
+
+void CBufferedFile::NoteEnds() {
   const bool plain = file_ != nullptr && pushedBack_ < 0;
-  readable_ = plain && mayRead_ ? filled_ : 0;
+  const auto beforeEnd = static_cast<unsigned long long>(std::max(0LL, readEnd_ - windowStart_));
+  readable_ = plain && mayRead_
+                  ? static_cast<std::size_t>(std::min<unsigned long long>(filled_, beforeEnd))
+                  : 0;
   seekable_ = plain && file_->HasPositions() ? filled_ : 0;
+}
+
+void CBufferedFile::SetReadEnd(long long position) {
+  RequireReadable();
+  readEnd_ = std::max(0LL, position);
+  end_ = false;
+  NoteEnds();
 }
 
 long long CBufferedFile::GetPosition() const {
@@ -386,9 +409,10 @@ int CBufferedFile::GetcSlowly() {
   return ReadBytes(&byte, 1) == 1 ? byte : -1;
 }
 
-int CBufferedFile::UnGetc(int byte) {
+int CBufferedFile::UnGetcSlowly(int byte) {
   RequireReadable();
-  if (byte < 0 || byte > 0xFF || pushedBack_ >= 0 || GetPosition() == 0) return -1;
+  const bool waits = pushedBack_ >= 0 || cursor_ == returnedAt_;
+  if (byte < 0 || byte > 0xFF || waits || GetPosition() == 0) return -1;
   pushedBack_ = byte;
   end_ = false;
   NoteWindow();
@@ -402,6 +426,7 @@ bool CBufferedFile::ReadString(std::string& line) {
     bool any = false;
     if (pushedBack_ >= 0) {
       const int byte = Getc();
+      if (byte < 0) return false;
       if (byte == '\n') return true;
       line += static_cast<char>(byte);
       any = true;
@@ -409,7 +434,7 @@ bool CBufferedFile::ReadString(std::string& line) {
     RequireReadable();
     for (;;) {
       const unsigned char* from = buffer_.get() + cursor_;
-      const std::size_t available = filled_ - cursor_;
+      const std::size_t available = cursor_ < readable_ ? readable_ - cursor_ : 0;
       const void* feed = available == 0 ? nullptr : std::memchr(from, '\n', available);
       const std::size_t length =
           feed == nullptr
@@ -422,7 +447,7 @@ bool CBufferedFile::ReadString(std::string& line) {
         ++cursor_;
         return true;
       }
-      if (!FillWindow(1, 0)) {
+      if (GetPosition() >= readEnd_ || !FillWindow(1, 0)) {
         end_ = true;
         return any;
       }
@@ -482,6 +507,7 @@ void CBufferedFile::Reset() {
   end_ = false;
   lastStart_ = lastEnd_ = 0;
   readAhead_ = 0;
+  readEnd_ = kNoReadEnd;
   RestartWindow(0);
 }
 

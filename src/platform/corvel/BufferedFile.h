@@ -8,7 +8,9 @@
 
 #include <cstddef>
 #include <cstring>
+#include <limits>
 #include <memory>
+#include <span>
 #include <string>
 
 #include <gsl/pointers>
@@ -107,6 +109,7 @@ class CORVEL_API CBufferedFile {
         static_cast<unsigned long long>(offset) - static_cast<unsigned long long>(windowStart_);
     if (origin != kFileBegin || inWindow >= seekable_) return SeekSlowly(offset, origin);
     cursor_ = static_cast<std::size_t>(inWindow);
+    returnedAt_ = kNowhere;
     end_ = false;
     return offset;
   }
@@ -122,7 +125,33 @@ class CORVEL_API CBufferedFile {
   // Pushes one byte back: the next read gives it, and the position counts one less. A seek forgets
   // it, a write overwrites it. Returns the byte, or -1 when nothing was pushed back: `byte` is
   // none (-1), the position is 0, or a byte waits already.
-  int UnGetc(int byte);
+  int UnGetc(int byte) {
+    // What was just read goes back by a step of the cursor.
+    const bool isOwn = cursor_ - 1 < readable_ && cursor_ != returnedAt_ &&
+                       byte == static_cast<int>(buffer_[cursor_ - 1]);
+    if (!isOwn) return UnGetcSlowly(byte);
+    returnedAt_ = --cursor_;
+    end_ = false;
+    return byte;
+  }
+
+  // For scanners: bytes that the next calls of Getc will give and that are in memory already. None
+  // says nothing about what follows: then Getc tells. The view lives until the next other call.
+  std::span<const unsigned char> Buffered() const {
+    if (cursor_ >= readable_) return {};
+    return {buffer_.get() + cursor_, readable_ - cursor_};
+  }
+
+  // Moves past the first `count` bytes of Buffered, as that many calls of Getc do.
+  //
+  // REQUIRES: count <= Buffered().size()
+  void SkipBuffered(std::size_t count) { cursor_ += count; }
+
+  static constexpr long long kNoReadEnd = std::numeric_limits<long long>::max();
+
+  // Lets reads find the end of the file at `position`, if it is not shorter; writes, seeks and
+  // GetLength know nothing of it. Forgets the end mark. kNoReadEnd and Open take it back.
+  void SetReadEnd(long long position);
 
   // Reads up to the next line feed, which is left out; carriage returns and NUL bytes are ordinary.
   // False when the file had no byte left, or the system failed.
@@ -170,8 +199,10 @@ class CORVEL_API CBufferedFile {
 
   // What the short roads inside the window leave over: everything, that is.
   std::size_t ReadSlowly(void* buffer, std::size_t count);
+  std::size_t ReadBeforeEnd(unsigned char* to, std::size_t count);
   long long SeekSlowly(long long offset, FileOrigin origin);
   int GetcSlowly();
+  int UnGetcSlowly(int byte);
 
   bool HasDirtyBytes() const { return dirtyBegin_ < dirtyEnd_; }
   bool FillWindow(std::size_t wanted, std::size_t kept);
@@ -181,14 +212,18 @@ class CORVEL_API CBufferedFile {
   void MoveTo(long long position);
   void RestartWindow(long long position);
   void NoteWindow();
+  void NoteEnds();
   void Reset();
+
+  static constexpr std::size_t kNowhere = std::numeric_limits<std::size_t>::max();
 
   std::unique_ptr<SystemFile> file_;  // null: closed
   std::wstring path_;
   bool mayRead_ = false;
   bool mayWrite_ = false;
   bool end_ = false;
-  int pushedBack_ = -1;  // a byte that waits in front of the position; -1: none
+  int pushedBack_ = -1;  // another byte than the file's that waits at the position; -1: none
+  long long readEnd_ = kNoReadEnd;
 
   // The window: buffer_[0, filled_) holds the bytes of the file from windowStart_ on, the position
   // is windowStart_ + cursor_, and the bytes [dirtyBegin_, dirtyEnd_) are not written yet.
@@ -196,8 +231,9 @@ class CORVEL_API CBufferedFile {
   long long windowStart_ = 0;
   std::size_t cursor_ = 0;
   std::size_t filled_ = 0;
-  std::size_t readable_ = 0;  // filled_, or 0 while reads may not take straight from the buffer
-  std::size_t seekable_ = 0;  // filled_, or 0 while seeks may not just move the cursor
+  std::size_t readable_ = 0;           // how far reads may take straight from the buffer
+  std::size_t seekable_ = 0;           // filled_, or 0 while seeks may not just move the cursor
+  std::size_t returnedAt_ = kNowhere;  // the cursor when the file's own byte was pushed back there
   std::size_t dirtyBegin_ = 0;
   std::size_t dirtyEnd_ = 0;
 

@@ -67,4 +67,9 @@ CSystemInfo& Singleton<CSystemInfo>::Instance() {
   return instance;
 }
 
+bool LocaleDecimalIsPoint() {
+  const char* decimal = ::nl_langinfo(RADIXCHAR);
+  return decimal[0] == '.' && decimal[1] == '\0';
+}
+
 }  // namespace corvel

@@ -1,0 +1,214 @@
+#include <trovan/FileTokenizer.h>
+
+#include <cstddef>
+#include <utility>
+
+#include "TokenNumber.h"
+
+namespace trovan {
+namespace {
+
+constexpr char kCarriageReturn = '\r';
+constexpr char kLineFeed = '\n';
+constexpr char kFormFeed = '\f';
+constexpr char kNul = '\0';
+
+constexpr const char* kDefaultWhitespace = " \t";
+constexpr const char* kDefaultDelimiters = ",";
+constexpr const char* kDefaultQuotes = "\"";
+
+// A NUL byte of the file never reaches a token.
+template <class Text>
+void Append(Text& token, char character) {
+  if (character != kNul) token.append(&character, 1);
+}
+
+}  // namespace
+
+CFileTokenizer::CFileTokenizer() : CFileTokenizer(nullptr) {}
+
+CFileTokenizer::CFileTokenizer(corvel::CBufferedFile* source) : source_(source) { SetDefaults(); }
+
+CFileTokenizer::CFileTokenizer(const CFileTokenizer& other) = default;
+CFileTokenizer& CFileTokenizer::operator=(const CFileTokenizer& other) = default;
+CFileTokenizer::~CFileTokenizer() = default;
+
+CFileTokenizer::CFileTokenizer(CFileTokenizer&& other) noexcept { *this = std::move(other); }
+
+CFileTokenizer& CFileTokenizer::operator=(CFileTokenizer&& other) noexcept {
+  if (this == &other) return *this;
+  source_ = other.source_;
+  lastTokenQuoted_ = other.lastTokenQuoted_;
+  lastTokenTermChar_ = other.lastTokenTermChar_;
+  numTokensParsed_ = other.numTokensParsed_;
+  numLinesParsed_ = other.numLinesParsed_;
+  whitespace_ = std::exchange(other.whitespace_, {});
+  delimiters_ = std::exchange(other.delimiters_, {});
+  quotes_ = std::exchange(other.quotes_, {});
+  NoteClasses();
+  other.NoteClasses();
+  return *this;
+}
+
+void CFileTokenizer::SetSource(corvel::CBufferedFile* source) {
+  source_ = source;
+  lastTokenQuoted_ = false;
+  lastTokenTermChar_ = 0;
+  numTokensParsed_ = 0;
+  numLinesParsed_ = 0;
+}
+
+std::wstring CFileTokenizer::GetSource() const { return source_->GetPath(); }
+
+void CFileTokenizer::SetDefaults() {
+  SetWhitespace(kDefaultWhitespace);
+  SetDelimiters(kDefaultDelimiters);
+  SetQuotes(kDefaultQuotes);
+}
+
+void CFileTokenizer::SetWhitespace(const char* characters) {
+  whitespace_ = characters;
+  NoteClasses();
+}
+
+void CFileTokenizer::SetDelimiters(const char* characters) {
+  delimiters_ = characters;
+  NoteClasses();
+}
+
+void CFileTokenizer::SetQuotes(const char* characters) {
+  quotes_ = characters;
+  NoteClasses();
+}
+
+// To be called after each change of a set.
+void CFileTokenizer::NoteClasses() {
+  classes_.fill(0);
+  const auto note = [this](char character, Class is) {
+    classes_[static_cast<unsigned char>(character)] |= is;
+  };
+  for (const char character : whitespace_) note(character, kWhitespace);
+  for (const char character : delimiters_) note(character, kDelimiter);
+  for (const char character : quotes_) note(character, kQuote);
+  note(kLineFeed, kLineEnd);
+  note(kFormFeed, kLineEnd);
+  note(kCarriageReturn, kDropped);
+  note(kNul, kDropped);
+}
+
+bool CFileTokenizer::EndOfFile() const { return source_ == nullptr || source_->EndOfFile(); }
+
+long long CFileTokenizer::GetFilePosition() const {
+  return source_ == nullptr ? 0 : source_->GetPosition();
+}
+
+bool CFileTokenizer::GetNextChar(char& character) {
+  int byte = source_->Getc();
+  while (byte == kCarriageReturn) byte = source_->Getc();
+  if (byte < 0) return false;
+  character = static_cast<char>(byte);
+  if (character == kLineFeed) ++numLinesParsed_;
+  return true;
+}
+
+CFileTokenizer::Status CFileTokenizer::Parse(std::string& token, bool useQuotes) {
+  return ParseText(token, useQuotes);
+}
+
+template <class Text>
+CFileTokenizer::Status CFileTokenizer::ParseText(Text& token, bool useQuotes) {
+  token.clear();
+  lastTokenQuoted_ = false;
+  char character = 0;
+  do {
+    if (!GetNextChar(character)) return TOKEN_EOF;
+    if (!SkipWhitespace(character)) return TOKEN_EOF;
+  } while (character == kLineFeed);
+  if (IsDelimiter(character)) {
+    lastTokenTermChar_ = character;
+    return TOKEN_EMPTY;
+  }
+  if (useQuotes && IsQuote(character)) return ParseQuoted(token, character);
+  return ParsePlain(token, character);
+}
+
+template <class Text>
+CFileTokenizer::Status CFileTokenizer::ParsePlain(Text& token, char first) {
+  char character = first;
+  while (!IsDelimiter(character)) {
+    Append(token, character);
+    TakeRun(token, kWhitespace | kDelimiter | kLineEnd | kDropped);
+    if (!GetNextChar(character)) return TOKEN_EOF;
+    if (!IsWhitespace(character)) continue;
+    if (!SkipWhitespace(character)) return TOKEN_EOF;
+    if (IsDelimiter(character)) continue;
+    source_->UnGetc(static_cast<unsigned char>(character));
+    character = kLineFeed;
+  }
+  return Finish(character);
+}
+
+template <class Text>
+CFileTokenizer::Status CFileTokenizer::ParseQuoted(Text& token, char quote) {
+  lastTokenQuoted_ = true;
+  char character = 0;
+  for (;;) {
+    TakeRun(token, kQuote | kLineEnd | kDropped);
+    if (!GetNextChar(character)) return TOKEN_EOF;
+    if (character == quote) {
+      if (!GetNextChar(character)) return TOKEN_EOF;
+      if (character != quote) break;
+    }
+    Append(token, character);
+  }
+  if (!SkipWhitespace(character)) return TOKEN_EOF;
+  if (!IsDelimiter(character)) source_->UnGetc(static_cast<unsigned char>(character));
+  return Finish(character);
+}
+
+// Appends what lies in the file's buffer up to the first byte of one of the classes.
+template <class Text>
+void CFileTokenizer::TakeRun(Text& token, unsigned ends) {
+  const auto bytes = source_->Buffered();
+  std::size_t length = 0;
+  while (length < bytes.size() && (classes_[bytes[length]] & ends) == 0) ++length;
+  token.append(reinterpret_cast<const char*>(bytes.data()), length);
+  source_->SkipBuffered(length);
+}
+
+// Goes on to the first character that is no white space; false at the end of the source.
+bool CFileTokenizer::SkipWhitespace(char& character) {
+  while (IsWhitespace(character)) {
+    if (!GetNextChar(character)) return false;
+  }
+  return true;
+}
+
+CFileTokenizer::Status CFileTokenizer::Finish(char terminator) {
+  ++numTokensParsed_;
+  lastTokenTermChar_ = terminator;
+  return TOKEN_OK;
+}
+
+CFileTokenizer::Status CFileTokenizer::Parse(int& value) {
+  std::string token;
+  const Status status = ParseText(token, false);
+  if (status != TOKEN_OK) return status;
+  return ReadNumber(token.c_str(), token.size(), value) ? TOKEN_OK : TOKEN_BAD_VALUE;
+}
+
+CFileTokenizer::Status CFileTokenizer::Parse(double& value) {
+  std::string token;
+  const Status status = ParseText(token, false);
+  if (status != TOKEN_OK) return status;
+  return ReadNumber(token.c_str(), token.size(), value) ? TOKEN_OK : TOKEN_BAD_VALUE;
+}
+
+CFileTokenizer::Status CFileTokenizer::Parse(bool& value) {
+  int number = 0;
+  const Status status = Parse(number);
+  if (status == TOKEN_OK) value = number != 0;
+  return status;
+}
+
+}  // namespace trovan

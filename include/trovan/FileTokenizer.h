@@ -10,6 +10,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <span>
 #include <string>
 
 #include <corvel/BufferedFile.h>
@@ -132,6 +134,13 @@ class TROVAN_API CFileTokenizer {
     kDropped = 16,  // carriage return, NUL
   };
 
+  // What ends a run of characters that go into a token as they are.
+  struct RunEnds {
+    unsigned classes;
+    std::array<unsigned char, 2> rare;  // those above a blank
+    bool isFew;                         // there are no more than these
+  };
+
   bool Is(unsigned classes, char character) const {
     return (classes_[static_cast<unsigned char>(character)] & classes) != 0;
   }
@@ -139,12 +148,18 @@ class TROVAN_API CFileTokenizer {
   template <class Text>
   Status ParseText(Text& token, bool useQuotes);
   template <class Text>
+  bool ParseBuffered(Text& token, bool useQuotes);
+  template <class Text>
   Status ParsePlain(Text& token, char first);
   template <class Text>
   Status ParseQuoted(Text& token, char quote);
   template <class Text>
-  void TakeRun(Text& token, unsigned ends);
+  void TakeRun(Text& token, const RunEnds& ends);
+  RunEnds EndsOf(unsigned classes) const;
+  std::size_t FindEnd(std::span<const unsigned char> bytes, std::size_t at,
+                      const RunEnds& ends) const;
   bool SkipWhitespace(char& character);
+  Status EndPlain(char next);
   Status Finish(char terminator);
 
   corvel::CBufferedFile* source_ = nullptr;
@@ -155,7 +170,11 @@ class TROVAN_API CFileTokenizer {
   std::string whitespace_;
   std::string delimiters_;
   std::string quotes_;
-  std::array<unsigned char, 256> classes_{};  // of each byte, from the sets
+
+  // From the sets.
+  std::array<unsigned char, 256> classes_{};  // of each byte
+  RunEnds plainEnds_{};                       // outside quotes
+  RunEnds quotedEnds_{};
 };
 
 }  // namespace trovan

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "RunScanner.h"
 #include "TokenNumber.h"
 
 namespace trovan {
@@ -94,6 +95,20 @@ void CFileTokenizer::NoteClasses() {
   note(kFormFeed, kLineEnd);
   note(kCarriageReturn, kDropped);
   note(kNul, kDropped);
+  plainEnds_ = EndsOf(kWhitespace | kDelimiter | kLineEnd | kDropped);
+  quotedEnds_ = EndsOf(kQuote | kLineEnd | kDropped);
+}
+
+CFileTokenizer::RunEnds CFileTokenizer::EndsOf(unsigned classes) const {
+  RunEnds ends{classes, {}, true};
+  std::size_t count = 0;
+  for (unsigned byte = ' ' + 1U; byte < classes_.size(); ++byte) {
+    if ((classes_[byte] & classes) == 0) continue;
+    ends.isFew = count < ends.rare.size();
+    if (!ends.isFew) break;
+    ends.rare[count++] = static_cast<unsigned char>(byte);
+  }
+  return ends;
 }
 
 bool CFileTokenizer::EndOfFile() const { return source_ == nullptr || source_->EndOfFile(); }
@@ -117,6 +132,7 @@ CFileTokenizer::Status CFileTokenizer::Parse(std::string& token, bool useQuotes)
 
 template <class Text>
 CFileTokenizer::Status CFileTokenizer::ParseText(Text& token, bool useQuotes) {
+  if (ParseBuffered(token, useQuotes)) return TOKEN_OK;
   token.clear();
   lastTokenQuoted_ = false;
   char character = 0;
@@ -132,20 +148,54 @@ CFileTokenizer::Status CFileTokenizer::ParseText(Text& token, bool useQuotes) {
   return ParsePlain(token, character);
 }
 
+// The short road for a plain token that lies in the file's buffer as a whole, with what ends it.
+// Changes nothing where the next token is another.
+template <class Text>
+bool CFileTokenizer::ParseBuffered(Text& token, bool useQuotes) {
+  const auto bytes = source_->Buffered();
+  if (bytes.empty()) return false;
+  const unsigned notFirst = plainEnds_.classes | (useQuotes ? unsigned{kQuote} : 0U);
+  if ((classes_[bytes[0]] & notFirst) != 0) return false;
+  const std::size_t length = FindEnd(bytes, 1, plainEnds_);
+  std::size_t at = length;
+  // Of what is skipped behind a token, line feeds would have to be counted.
+  bool isAfterWhitespace = false;
+  for (; at < bytes.size() && bytes[at] != kLineFeed; ++at) {
+    const bool isWhitespace = (classes_[bytes[at]] & kWhitespace) != 0;
+    if (!isWhitespace && bytes[at] != kCarriageReturn) break;
+    isAfterWhitespace = isAfterWhitespace || isWhitespace;
+  }
+  if (at == bytes.size()) return false;
+  const auto next = static_cast<char>(bytes[at]);
+  if (IsWhitespace(next) || (!IsDelimiter(next) && !isAfterWhitespace)) return false;
+  token.assign(reinterpret_cast<const char*>(bytes.data()), length);
+  source_->SkipBuffered(at + 1);
+  lastTokenQuoted_ = false;
+  if (next == kLineFeed) ++numLinesParsed_;
+  EndPlain(next);
+  return true;
+}
+
 template <class Text>
 CFileTokenizer::Status CFileTokenizer::ParsePlain(Text& token, char first) {
   char character = first;
   while (!IsDelimiter(character)) {
     Append(token, character);
-    TakeRun(token, kWhitespace | kDelimiter | kLineEnd | kDropped);
+    TakeRun(token, plainEnds_);
     if (!GetNextChar(character)) return TOKEN_EOF;
     if (!IsWhitespace(character)) continue;
     if (!SkipWhitespace(character)) return TOKEN_EOF;
-    if (IsDelimiter(character)) continue;
-    source_->UnGetc(static_cast<unsigned char>(character));
-    character = kLineFeed;
+    if (!IsDelimiter(character)) break;
   }
-  return Finish(character);
+  return EndPlain(character);
+}
+
+// Ends a token with the delimiter that was read, or with another character, which stands behind
+// white space and is to begin the next token.
+CFileTokenizer::Status CFileTokenizer::EndPlain(char next) {
+  if (IsDelimiter(next)) return Finish(next);
+  source_->UnGetc(static_cast<unsigned char>(next));
+  return Finish(kLineFeed);
 }
 
 template <class Text>
@@ -153,7 +203,7 @@ CFileTokenizer::Status CFileTokenizer::ParseQuoted(Text& token, char quote) {
   lastTokenQuoted_ = true;
   char character = 0;
   for (;;) {
-    TakeRun(token, kQuote | kLineEnd | kDropped);
+    TakeRun(token, quotedEnds_);
     if (!GetNextChar(character)) return TOKEN_EOF;
     if (character == quote) {
       if (!GetNextChar(character)) return TOKEN_EOF;
@@ -166,14 +216,22 @@ CFileTokenizer::Status CFileTokenizer::ParseQuoted(Text& token, char quote) {
   return Finish(character);
 }
 
-// Appends what lies in the file's buffer up to the first byte of one of the classes.
+// Appends what lies in the file's buffer up to the first of the ends.
 template <class Text>
-void CFileTokenizer::TakeRun(Text& token, unsigned ends) {
+void CFileTokenizer::TakeRun(Text& token, const RunEnds& ends) {
   const auto bytes = source_->Buffered();
-  std::size_t length = 0;
-  while (length < bytes.size() && (classes_[bytes[length]] & ends) == 0) ++length;
+  const std::size_t length = FindEnd(bytes, 0, ends);
   token.append(reinterpret_cast<const char*>(bytes.data()), length);
   source_->SkipBuffered(length);
+}
+
+// The place of the first such end from `at` on; the number of bytes without one.
+std::size_t CFileTokenizer::FindEnd(std::span<const unsigned char> bytes, std::size_t at,
+                                    const RunEnds& ends) const {
+  const auto isEnd = [&](unsigned char byte) { return (classes_[byte] & ends.classes) != 0; };
+  if (ends.isFew) return FindRunEnd(bytes, at, ends.rare, isEnd);
+  while (at < bytes.size() && !isEnd(bytes[at])) ++at;
+  return at;
 }
 
 // Goes on to the first character that is no white space; false at the end of the source.

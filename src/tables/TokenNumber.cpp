@@ -1,7 +1,6 @@
 #include "TokenNumber.h"
 
 #include <algorithm>
-#include <cfenv>
 #include <charconv>
 #include <cstdlib>
 #include <limits>
@@ -22,6 +21,14 @@ bool IsPlainDecimal(const char* text) {
   return IsDigit(*text) && !(*text == '0' && (text[1] == 'x' || text[1] == 'X'));
 }
 
+// Whether the processor rounds to the nearest. Asking it for its mode (fegetround) takes longer than
+// to see what it does.
+bool RoundsToNearest() {
+  static const volatile double kTiny = std::numeric_limits<double>::min();
+  const double tiny = kTiny;
+  return 1.0 + tiny == 1.0 - tiny;
+}
+
 }  // namespace
 
 bool ReadNumber(const char* text, std::size_t, int& value) {
@@ -36,7 +43,7 @@ bool ReadNumber(const char* text, std::size_t, int& value) {
 // from_chars is several times as fast as strtod and rounds alike, to the nearest. It knows no
 // locale, and gives no value for what is too large or too small.
 bool ReadNumber(const char* text, std::size_t length, double& value) {
-  if (IsPlainDecimal(text) && corvel::LocaleDecimalIsPoint() && std::fegetround() == FE_TONEAREST) {
+  if (IsPlainDecimal(text) && corvel::LocaleDecimalIsPoint() && RoundsToNearest()) {
     const auto parsed = std::from_chars(text, text + length, value);
     if (parsed.ec == std::errc()) return true;
   }

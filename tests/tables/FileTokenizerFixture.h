@@ -54,6 +54,13 @@ class FileTokenizerTest : public testing::Test {
   }
   Strings AllQuoted(std::string_view text) { return All(text, true); }
 
+  // The first token of the text as a number.
+  template <class Value>
+  CFileTokenizer::Status Read(std::string_view text, Value& value) {
+    Open(text);
+    return tokens_.Parse(value);
+  }
+
   TempFolder folder_;
   corvel::CBufferedFile file_;
   CFileTokenizer tokens_;

@@ -158,12 +158,13 @@ bool CFileTokenizer::ParseBuffered(Text& token, bool useQuotes) {
   if ((classes_[bytes[0]] & notFirst) != 0) return false;
   const std::size_t length = FindEnd(bytes, 1, plainEnds_);
   std::size_t at = length;
-  // Of what is skipped behind a token, line feeds would have to be counted.
+  // Of what is skipped behind a token, line feeds would have to be counted. A carriage return is
+  // not even white space, whatever the set holds.
   bool isAfterWhitespace = false;
   for (; at < bytes.size() && bytes[at] != kLineFeed; ++at) {
-    const bool isWhitespace = (classes_[bytes[at]] & kWhitespace) != 0;
-    if (!isWhitespace && bytes[at] != kCarriageReturn) break;
-    isAfterWhitespace = isAfterWhitespace || isWhitespace;
+    if (bytes[at] == kCarriageReturn) continue;
+    if ((classes_[bytes[at]] & kWhitespace) == 0) break;
+    isAfterWhitespace = true;
   }
   if (at == bytes.size()) return false;
   const auto next = static_cast<char>(bytes[at]);

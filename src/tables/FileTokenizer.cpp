@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "NumberToken.h"
 #include "RunScanner.h"
 #include "TokenNumber.h"
 
@@ -250,14 +251,14 @@ CFileTokenizer::Status CFileTokenizer::Finish(char terminator) {
 }
 
 CFileTokenizer::Status CFileTokenizer::Parse(int& value) {
-  std::string token;
+  NumberToken token;
   const Status status = ParseText(token, false);
   if (status != TOKEN_OK) return status;
   return ReadNumber(token.c_str(), token.size(), value) ? TOKEN_OK : TOKEN_BAD_VALUE;
 }
 
 CFileTokenizer::Status CFileTokenizer::Parse(double& value) {
-  std::string token;
+  NumberToken token;
   const Status status = ParseText(token, false);
   if (status != TOKEN_OK) return status;
   return ReadNumber(token.c_str(), token.size(), value) ? TOKEN_OK : TOKEN_BAD_VALUE;

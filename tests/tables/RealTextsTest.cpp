@@ -7,6 +7,7 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -17,7 +18,9 @@
 #include <trovan/FileTokenizer.h>
 #include <trovan/TextHelpers.h>
 
+#include "support/Latin1.h"
 #include "support/Random.h"
+#include "support/Sha256.h"
 #include "support/TempFolder.h"
 #include "tables/FileTokenizerModel.h"
 
@@ -114,6 +117,78 @@ TEST_P(RealTextTest, HasTheTokensBetweenItsWhiteSpace) {
   count += token.empty() ? 0 : 1;
   EXPECT_EQ(count, Facts().at("whitespace_tokens").get<unsigned>());
   EXPECT_EQ(tokens.GetNumLinesParsed(), Facts().at("lf").get<unsigned>());
+}
+
+// A table row by row. Without white space a line feed as the terminating character is one that was
+// read, so that the line count tells which fields and lines the tokenizer passes over: an empty
+// field at the end of a line, a line without any.
+class RowReader {
+ public:
+  RowReader(corvel::CBufferedFile& file, const std::string& delimiter) : tokens_(&file) {
+    tokens_.SetWhitespace("");
+    tokens_.SetDelimiters(delimiter.c_str());
+  }
+
+  std::vector<std::vector<std::string>> Rows() {
+    std::string token;
+    for (;;) {
+      const unsigned before = tokens_.GetNumLinesParsed();
+      const auto status = tokens_.Parse(token, true);
+      const char end = status == CFileTokenizer::TOKEN_EOF ? '\0' : tokens_.LastTokenTermChar();
+      const auto own = std::count(token.begin(), token.end(), '\n') + (end == '\n' ? 1 : 0);
+      const auto passed = tokens_.GetNumLinesParsed() - before - static_cast<unsigned>(own);
+      for (unsigned line = 0; line < passed; ++line) EndRow();
+      if (status == CFileTokenizer::TOKEN_EOF) {
+        if (!token.empty() || tokens_.LastTokenQuoted()) AddText(token);
+        if (fieldIsOpen_ || !row_.empty()) EndRow();
+        return rows_;
+      }
+      AddText(token);
+      // Text behind a closing quote belongs to the field.
+      fieldIsOpen_ = end != '\n' && tokens_.GetDelimiters().find(end) == std::string::npos;
+      endsWithDelimiter_ = end != '\n' && !fieldIsOpen_;
+      if (end == '\n') EndRow();
+    }
+  }
+
+ private:
+  void AddText(const std::string& text) {
+    if (fieldIsOpen_) {
+      row_.back() += text;
+    } else {
+      row_.push_back(text);
+    }
+    fieldIsOpen_ = endsWithDelimiter_ = false;
+  }
+  void EndRow() {
+    if (endsWithDelimiter_) row_.emplace_back();
+    rows_.push_back(std::exchange(row_, {}));
+    endsWithDelimiter_ = fieldIsOpen_ = false;
+  }
+
+  CFileTokenizer tokens_;
+  std::vector<std::vector<std::string>> rows_;
+  std::vector<std::string> row_;
+  bool fieldIsOpen_ = false;
+  bool endsWithDelimiter_ = false;
+};
+
+TEST_P(RealTextTest, HasTheCellsOfItsRows) {
+  if (!Facts().contains("delimited")) {
+    ASSERT_TRUE(Facts().contains("whitespace_tokens"));  // no table with delimiters
+    return;
+  }
+  const json& facts = Facts().at("delimited");
+  if (Facts().at("utf8_bom").get<bool>()) file_.Seek(3, corvel::kFileBegin);
+  auto rows = RowReader(file_, facts.at("delimiter").get<std::string>()).Rows();
+  EXPECT_EQ(rows.size(), facts.at("rows").get<std::size_t>());
+  if (!Facts().at("valid_utf8").get<bool>()) {
+    for (auto& row : rows) {
+      for (std::string& cell : row) cell = Utf8FromLatin1(cell);
+    }
+  }
+  const json cells = rows;
+  EXPECT_EQ(Sha256(cells.dump()), facts.at("cells_sha256").get<std::string>());
 }
 
 TEST_P(RealTextTest, IsText) {

@@ -208,6 +208,29 @@ HGT_TILES = {
 }
 
 
+def text(content, *, sets=(b" \t", b",", b'"'), steps=b""):
+    """A text with the sets to read it by; `steps` are the first calls, by their numbers."""
+    return b"".join(bytes([len(s)]) + s for s in sets) + bytes([len(steps)]) + steps + content
+
+
+# Calls: 0 a text, 1 one with quotes, 2 an integer, 3 a real number, 4 a boolean. What the caller
+# does to the file: 5 takes a byte, 6 pushes one back, 7 moves, each with an argument in steps of 8.
+TEXTS = {
+    "line": text(b"a,b,d\n"),
+    "empty_fields": text(b",a,,b,\n,\f\fc"),
+    "blanks": text(b"  a b   ,\tc \n d "),
+    "quotes": text(b'"a, ""b""\n",c\n"d"xy, "e"  ,"', steps=b"\x01" * 6),
+    "windows": text(b'a,"b\r\nc"\r\n\r\nd\r', steps=b"\x01" * 4),
+    "numbers": text(b"12 12abc -7.5e3,0x1p4,.5 nan(7) 1e400 \"5\" true 0 99999999999,",
+                    steps=b"\x02\x02\x03\x03\x03\x03\x03\x02\x04\x04\x02"),
+    "bytes": text(b"a\0b\xff\x80,\xe9", sets=(b"\x80", b"\xff", b"\xe9")),
+    "two_sets": text(b" a,'b' c\nd,' ", sets=(b" '\n", b",'\f", b"'\n\r"), steps=b"\x01" * 5),
+    "no_sets": text(b"a, \"b\"\n\n\fc", sets=(b"", b"", b"")),
+    "moves": text(b"ab cd,ef,\ngh", steps=b"\x00\x05\x86\x00\x0f\x00\x26\x07\x01"),
+    "long": text(b"word " * 40 + b"x" * 600 + b',"' + b"y\n" * 300 + b'"\n'),
+}
+
+
 def write(harness, seeds):
     folder = CORPUS / harness
     folder.mkdir(parents=True, exist_ok=True)
@@ -219,6 +242,7 @@ write("DBFReaderFuzz", TABLES)
 write("DBFReaderFileFuzz",
       {name: struct.pack("<BH", kind, len(t)) + t + memo for name, (kind, t, memo) in FILES.items()})
 write("CPGFileFuzz", CODE_PAGES)
+write("FileTokenizerFuzz", TEXTS)
 write("TableExportFuzz",
       {name: struct.pack("<BH", kind, len(t)) + t + memo
        for name, (kind, t, memo) in EXPORTS.items()})

@@ -1,10 +1,11 @@
 #include "tables/FileTokenizerModel.h"
 
 #include <algorithm>
+#include <bit>
 #include <climits>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace trovan::test {
 namespace {
@@ -23,12 +24,14 @@ void AppendText(std::string& token, char c) {
   token += text;
 }
 
-// The same bits: 0 and -0 differ, a NaN is itself.
 template <class Value>
 bool Same(const Value& a, const Value& b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
+  return a == b;
 }
-bool Same(const std::string& a, const std::string& b) { return a == b; }
+// The same bits: 0 and -0 differ, a NaN is itself.
+bool Same(double a, double b) {
+  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
 
 std::string Shown(double value) {
   char text[32];

@@ -2,6 +2,7 @@
 #include <cfloat>
 #include <climits>
 #include <cmath>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -138,6 +139,7 @@ TEST_F(FileTokenizerNumberTest, ReadsNumbersOneAfterAnother) {
 
 // Real numbers.
 
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::string_view kLong =
     "3.14159265358979323846264338327950288419716939937510582097494459";
 
@@ -168,9 +170,9 @@ TEST_F(FileTokenizerNumberTest, ReadsRealNumbers) {
       {"-0xg", -0.0},
       {"00012.50", 12.5},
       {"\v7.5", 7.5},
-      {"inf", INFINITY},
-      {"-INFINITY", -INFINITY},
-      {"infinite", INFINITY},
+      {"inf", kInfinity},
+      {"-INFINITY", -kInfinity},
+      {"infinite", kInfinity},
       {"1e400", HUGE_VAL},
       {"-1e400", -HUGE_VAL},
       {"1e-400", 0},

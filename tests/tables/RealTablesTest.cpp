@@ -8,7 +8,6 @@
 #include <optional>
 #include <random>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -17,6 +16,7 @@
 #include <corvel/Path.h>
 #include <trovan/DBFReader.h>
 
+#include "support/Latin1.h"
 #include "support/Sha256.h"
 #include "support/TempFolder.h"
 #include "tables/DBFReaderModel.h"
@@ -62,21 +62,6 @@ std::string TestName(const testing::TestParamInfo<std::string>& info) {
       name.begin(), name.end(),
       [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0; }, '_');
   return name;
-}
-
-// Each byte as the character of the same number.
-std::string Utf8FromLatin1(std::string_view bytes) {
-  std::string text;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      text += c;
-    } else {
-      text += static_cast<char>(0xC0 | byte >> 6);
-      text += static_cast<char>(0x80 | (byte & 0x3F));
-    }
-  }
-  return text;
 }
 
 class RealFileTest : public testing::TestWithParam<std::string> {

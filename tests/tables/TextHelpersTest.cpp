@@ -148,7 +148,7 @@ TEST(ReadAtBeginningOfFile, ReadsMoreThanTheFilesBuffer) {
   std::string bytes(300'000, '\0');
   for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i % 251);
   WriteBytes(folder.Path() / "file", bytes);
-  for (const std::size_t count : {65'536, 65'537, 299'999, 300'000, 300'001}) {
+  for (const std::size_t count : {65'536U, 65'537U, 299'999U, 300'000U, 300'001U}) {
     EXPECT_TRUE(Beginning(folder.File(L"file"), count) == bytes.substr(0, count)) << count;
   }
 }

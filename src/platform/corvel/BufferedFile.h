@@ -149,8 +149,9 @@ class CORVEL_API CBufferedFile {
 
   static constexpr long long kNoReadEnd = std::numeric_limits<long long>::max();
 
-  // Lets reads find the end of the file at `position`, if it is not shorter; writes, seeks and
-  // GetLength know nothing of it. Forgets the end mark. kNoReadEnd and Open take it back.
+  // Lets reads find the end of the file at `position`, if it is not shorter, and in front of a byte
+  // that was pushed back there or beyond; writes, seeks and GetLength know nothing of it. Forgets
+  // the end mark. kNoReadEnd and Open take it back.
   void SetReadEnd(long long position);
 
   // Reads up to the next line feed, which is left out; carriage returns and NUL bytes are ordinary.

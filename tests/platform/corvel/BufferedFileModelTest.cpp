@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <limits>
 #include <random>
 #include <string>
 #include <utility>
@@ -27,13 +28,14 @@ class Model {
 
   std::string Read(std::size_t count) {
     std::string got;
-    if (pushedBack_ >= 0 && count > 0) {
+    const std::size_t allowed = std::min(count, readEnd_ - std::min(readEnd_, position_));
+    if (pushedBack_ >= 0 && allowed > 0) {
       got += static_cast<char>(pushedBack_);
       pushedBack_ = -1;
       ++position_;
     }
     if (position_ < bytes_.size()) {
-      const std::string rest = bytes_.substr(position_, count - got.size());
+      const std::string rest = bytes_.substr(position_, allowed - got.size());
       got += rest;
       position_ += rest.size();
     }
@@ -72,15 +74,34 @@ class Model {
     return byte;
   }
 
+  void SetReadEnd(std::size_t position) {
+    readEnd_ = position;
+    end_ = false;
+  }
+
+  void Reopen() {
+    Seek(0);
+    readEnd_ = kNoReadEnd;
+  }
+
+  // The byte in front of the position, or any where there is none.
+  int LastByte() const {
+    if (position_ == 0 || position_ > bytes_.size()) return 'x';
+    return static_cast<unsigned char>(bytes_[position_ - 1]);
+  }
+
   const std::string& Bytes() const { return bytes_; }
   std::size_t Position() const { return position_; }
   bool EndOfFile() const { return end_; }
 
  private:
+  static constexpr std::size_t kNoReadEnd = std::numeric_limits<std::size_t>::max();
+
   std::string bytes_;
   std::size_t position_ = 0;  // the byte that was pushed back counted off
   int pushedBack_ = -1;
   bool end_ = false;
+  std::size_t readEnd_ = kNoReadEnd;
 };
 
 class BufferedFileModelTest : public testing::TestWithParam<unsigned> {
@@ -152,9 +173,30 @@ class BufferedFileModelTest : public testing::TestWithParam<unsigned> {
     ASSERT_EQ(file_.Getc(), expected.empty() ? -1 : static_cast<unsigned char>(expected[0]));
   }
 
+  // Half of the time the byte that was just read.
   void UnGetc() {
-    const int byte = static_cast<int>(Below(256));
+    const int byte = Below(2) == 0 ? model_.LastByte() : static_cast<int>(Below(256));
     ASSERT_EQ(file_.UnGetc(byte), model_.UnGetc(byte));
+  }
+
+  // What a scanner takes from the buffer is what a read would give.
+  void TakeBuffered() {
+    const auto bytes = file_.Buffered();
+    const std::size_t count = Below(bytes.size() + 1);
+    const std::string taken(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
+    file_.SkipBuffered(count);
+    ASSERT_TRUE(taken == model_.Read(count)) << count << " of " << bytes.size();
+  }
+
+  void SetReadEnd() {
+    if (Below(2) == 0) {
+      file_.SetReadEnd(CBufferedFile::kNoReadEnd);
+      return model_.SetReadEnd(kLargestFile * 2);
+    }
+    const std::size_t near = model_.Position() + Below(2'000);
+    const std::size_t end = Below(2) == 0 ? near : Below(model_.Bytes().size() + 100);
+    file_.SetReadEnd(static_cast<long long>(end));
+    model_.SetReadEnd(end);
   }
 
   void ReadLine() {
@@ -166,11 +208,11 @@ class BufferedFileModelTest : public testing::TestWithParam<unsigned> {
 
   void Reopen() {
     file_.Open(path_, "r+b", kFileExclusive, false);
-    model_.Seek(0);
+    model_.Reopen();
   }
 
   void AnyOperation() {
-    switch (Below(20)) {
+    switch (Below(24)) {
       case 0:
       case 1:
       case 2:
@@ -200,6 +242,13 @@ class BufferedFileModelTest : public testing::TestWithParam<unsigned> {
         return Print();
       case 18:
         return file_.Flush();
+      case 19:
+      case 20:
+        return TakeBuffered();
+      case 21:
+        return UnGetc();
+      case 22:
+        return Below(4) == 0 ? SetReadEnd() : UnGetc();
       default:
         return Below(20) == 0 ? Reopen() : Getc();
     }

@@ -164,13 +164,33 @@ DelimitedReader::End DelimitedReader::ParseField() {
   // White space behind a plain token reports a line feed, too; then no line has ended.
   if (terminator == '\n') return quoted || lines > 0 ? End::kRow : End::kField;
   const bool delimited = format_.delimiters.find(terminator) != std::string::npos;
-  return delimited || !format_.whitespace.empty() ? End::kField : TakeRest();
+  if (delimited) return End::kField;
+  // What follows is the rest of the value, or, where white space sets values apart, the next one.
+  if (format_.whitespace.empty()) return TakeRest();
+  if (!IsWhitespace(LastByte())) NoteTextBehindQuote();
+  return End::kField;
+}
+
+// The byte in front of the next one, carriage returns left out.
+int DelimitedReader::LastByte() {
+  const long long position = file_.GetPosition();
+  int byte = '\r';
+  for (long long at = position - 1; byte == '\r'; --at) {
+    file_.Seek(at, corvel::kFileBegin);
+    byte = file_.Getc();
+  }
+  file_.Seek(position, corvel::kFileBegin);
+  return byte;
+}
+
+void DelimitedReader::NoteTextBehindQuote() {
+  remarks_.Add("line " + std::to_string(line_) + ", column " + std::to_string(fields_.size()) +
+               ": text follows the closing quote");
 }
 
 // Text behind a closing quote belongs to the same field, up to the delimiter.
 DelimitedReader::End DelimitedReader::TakeRest() {
-  remarks_.Add("line " + std::to_string(line_) + ", column " + std::to_string(fields_.size()) +
-               ": text follows the closing quote");
+  NoteTextBehindQuote();
   tokens_.SetNumLinesParsed(0);
   const auto status = tokens_.Parse(token_, false);
   line_ += tokens_.GetNumLinesParsed();

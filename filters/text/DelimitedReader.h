@@ -95,6 +95,8 @@ class DelimitedReader {
   End ReadField();
   End ParseField();
   End TakeRest();
+  int LastByte();
+  void NoteTextBehindQuote();
   void AddField(std::string_view text, bool quoted);
   bool FinishRow(End end);
   bool HasMore();

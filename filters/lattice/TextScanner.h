@@ -15,7 +15,7 @@
 #include <corvel/BufferedFile.h>
 #include <corvel/PrimType.h>
 
-#include "filters/lattice/NumberText.h"
+#include "filters/lattice/ElementText.h"
 
 namespace trovan::filters {
 

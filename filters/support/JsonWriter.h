@@ -1,11 +1,18 @@
 // Rows as JSON objects (RFC 8259): one array of them, or one object a line (NDJSON). Columns of the
-// same name are told apart by a number.
+// same name are told apart by a number. Values beyond the columns are named "column_4" by their
+// place in the row, counted from 1.
 //
 // Written piece by piece, since a table may be larger than memory.
 #pragma once
 
-#include "filters/table/OutputBuffer.h"
-#include "filters/table/RowWriter.h"
+#include <cstddef>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "filters/support/OutputBuffer.h"
+#include "filters/support/RowWriter.h"
 
 namespace trovan::filters {
 
@@ -30,10 +37,12 @@ class JsonWriter : public RowWriter {
 
  private:
   void PutKey();
+  std::string UnusedName(const std::string& name) const;
 
   OutputBuffer out_;
   Form form_;
   std::vector<std::string> keys_;  // with quotes and colon
+  std::set<std::string> names_;    // as they came out
   std::size_t column_ = 0;
   bool anyRow_ = false;
 };

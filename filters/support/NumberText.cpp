@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 #include <system_error>
 #include <type_traits>
-
-#include "filters/lattice/NodeTypes.h"
 
 namespace trovan::filters {
 namespace {
@@ -30,6 +28,13 @@ bool IsTiny(std::string_view number) {
 }
 
 constexpr std::size_t kLongestNumber = 32;  // a 64-bit integer takes 20, a double 24
+
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+std::size_t SkipDigits(std::string_view text, std::size_t at) {
+  while (at < text.size() && IsDigit(text[at])) ++at;
+  return at;
+}
 
 }  // namespace
 
@@ -69,48 +74,50 @@ template NumberStatus ParseNumber(std::string_view, std::uint64_t&);
 template NumberStatus ParseNumber(std::string_view, float&);
 template NumberStatus ParseNumber(std::string_view, double&);
 
-NumberStatus ParseNumber(std::string_view text, corvel::PrimType type, void* element) {
-  return VisitElementType(type, [&](auto value) {
-    const NumberStatus status = ParseNumber(text, value);
-    if (status == NumberStatus::kNumber) std::memcpy(element, &value, sizeof value);
-    return status;
-  });
+bool IsNumber(std::string_view text) {
+  std::size_t at = 0;
+  if (at < text.size() && (text[at] == '-' || text[at] == '+')) ++at;
+  const std::size_t whole = at;
+  at = SkipDigits(text, at);
+  std::size_t digits = at - whole;
+  if (at < text.size() && text[at] == '.') {
+    const std::size_t fraction = ++at;
+    at = SkipDigits(text, at);
+    digits += at - fraction;
+  }
+  if (digits == 0) return false;
+  if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
+    ++at;
+    if (at < text.size() && (text[at] == '-' || text[at] == '+')) ++at;
+    const std::size_t exponent = at;
+    at = SkipDigits(text, at);
+    if (at == exponent) return false;
+  }
+  return at == text.size();
 }
 
-void AppendNumber(std::string& text, corvel::PrimType type, const void* element) {
-  VisitElementType(type, [&](auto value) {
-    std::memcpy(&value, element, sizeof value);
-    char number[kLongestNumber];
-    const auto result = std::to_chars(number, number + sizeof number, value);
-    text.append(number, result.ptr);
-  });
+template <typename T>
+void AppendNumber(std::string& text, T value) {
+  char number[kLongestNumber];
+  const auto result = std::to_chars(number, number + sizeof number, value);
+  text.append(number, result.ptr);
 }
 
-void AppendNumber(std::string& text, double value) { AppendNumber(text, corvel::kDouble, &value); }
+template void AppendNumber(std::string&, std::int8_t);
+template void AppendNumber(std::string&, std::uint8_t);
+template void AppendNumber(std::string&, std::int16_t);
+template void AppendNumber(std::string&, std::uint16_t);
+template void AppendNumber(std::string&, std::int32_t);
+template void AppendNumber(std::string&, std::uint32_t);
+template void AppendNumber(std::string&, std::int64_t);
+template void AppendNumber(std::string&, std::uint64_t);
+template void AppendNumber(std::string&, float);
+template void AppendNumber(std::string&, double);
 
 std::string ShortestText(double value) {
   std::string text;
   AppendNumber(text, value);
   return text;
-}
-
-void WriteLineOfNumbers(corvel::CBufferedFile& file, corvel::PrimType type, const void* elements,
-                        std::size_t count) {
-  constexpr std::size_t kPiece = std::size_t{64} * 1024;
-  const auto size = static_cast<std::size_t>(corvel::CPrimType(type).Size());
-  const auto* element = static_cast<const unsigned char*>(elements);
-  std::string text;
-  text.reserve(kPiece + 64);
-  for (std::size_t i = 0; i < count; ++i) {
-    if (i > 0) text += ' ';
-    AppendNumber(text, type, element + i * size);
-    if (text.size() >= kPiece) {
-      file.Write(text.data(), text.size());
-      text.clear();
-    }
-  }
-  text += '\n';
-  file.Write(text.data(), text.size());
 }
 
 }  // namespace trovan::filters

@@ -3,8 +3,8 @@
 // only value of a row is then a pair of quotes, since many readers pass over empty lines.
 #pragma once
 
-#include "filters/table/OutputBuffer.h"
-#include "filters/table/RowWriter.h"
+#include "filters/support/OutputBuffer.h"
+#include "filters/support/RowWriter.h"
 
 namespace trovan::filters {
 

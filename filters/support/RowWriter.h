@@ -20,7 +20,7 @@ class RowWriter {
 
   virtual void BeginRow() = 0;
 
-  // One value for each column, in order.
+  // One value for each column, in order. A row may bring more, which then have no name, or less.
   virtual void Null() = 0;
   virtual void Text(std::string_view text) = 0;
   // REQUIRES: IsNumber(number).

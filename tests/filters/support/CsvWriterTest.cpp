@@ -1,9 +1,11 @@
-#include "filters/table/CsvWriter.h"
+#include "filters/support/CsvWriter.h"
 
 #include <string>
 #include <vector>
 
-#include "TableFixture.h"
+#include <gtest/gtest.h>
+
+#include "StringSink.h"
 
 namespace trovan::filters {
 namespace {

@@ -1,9 +1,13 @@
-#include "filters/table/JsonWriter.h"
+#include "filters/support/JsonWriter.h"
 
 #include <string>
 #include <vector>
 
-#include "TableFixture.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "StringSink.h"
 
 namespace trovan::filters {
 namespace {
@@ -122,6 +126,22 @@ TEST(JsonWriter, TellsColumnsOfTheSameNameApart) {
   std::vector<std::string> keys;
   for (const auto& [key, value] : row.items()) keys.push_back(key);
   EXPECT_THAT(keys, testing::ElementsAre("A", "A_2", "A_2_2", "A_3", "\"q\"\n"));
+}
+
+TEST(JsonWriter, NamesValuesBeyondTheColumnsByTheirPlace) {
+  StringSink sink;
+  JsonWriter writer(sink, JsonWriter::Form::kLines);
+  writer.Begin({"A", "column_3"});
+  for (const int count : {4, 1, 3}) {
+    writer.BeginRow();
+    for (int i = 1; i <= count; ++i) writer.Number(std::to_string(i));
+    writer.EndRow();
+  }
+  writer.End();
+  EXPECT_EQ(sink.text,
+            "{\"A\":1,\"column_3\":2,\"column_3_2\":3,\"column_4\":4}\n"
+            "{\"A\":1}\n"
+            "{\"A\":1,\"column_3\":2,\"column_3_2\":3}\n");
 }
 
 TEST(JsonWriter, PutsLongTextsTogether) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
 
 namespace trovan::filters {
 namespace {
@@ -54,6 +53,14 @@ struct StringOut {
   void Put(std::string_view piece) { text += piece; }
 };
 
+std::string Key(std::string_view name) {
+  StringOut key;
+  key.Put("\"");
+  PutEscaped(name, key);
+  key.Put("\":");
+  return key.text;
+}
+
 // A number as JSON spells it: no plus sign, one zero at most in front, digits on both sides of a
 // point.
 template <typename Out>
@@ -76,19 +83,20 @@ void PutNumber(std::string_view number, Out& out) {
 }  // namespace
 
 void JsonWriter::Begin(const std::vector<std::string>& columns) {
-  std::set<std::string> used;
   for (const std::string& column : columns) {
-    std::string name = column;
-    for (int number = 2; !used.insert(name).second; ++number) {
-      name = column + "_" + std::to_string(number);
-    }
-    StringOut key;
-    key.Put("\"");
-    PutEscaped(name, key);
-    key.Put("\":");
-    keys_.push_back(key.text);
+    const std::string name = UnusedName(column);
+    names_.insert(name);
+    keys_.push_back(Key(name));
   }
   if (form_ == Form::kArray) out_.Put("[");
+}
+
+std::string JsonWriter::UnusedName(const std::string& name) const {
+  std::string unused = name;
+  for (int number = 2; names_.contains(unused); ++number) {
+    unused = name + "_" + std::to_string(number);
+  }
+  return unused;
 }
 
 void JsonWriter::BeginRow() {
@@ -100,7 +108,13 @@ void JsonWriter::BeginRow() {
 
 void JsonWriter::PutKey() {
   if (column_ > 0) out_.Put(',');
-  out_.Put(keys_[column_++]);
+  if (column_ < keys_.size()) {
+    out_.Put(keys_[column_]);
+  } else {
+    // Not kept: there may be millions of them.
+    out_.Put(Key(UnusedName("column_" + std::to_string(column_ + 1))));
+  }
+  ++column_;
 }
 
 void JsonWriter::Null() {

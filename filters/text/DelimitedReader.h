@@ -19,7 +19,7 @@
 #include <corvel/Progress.h>
 #include <trovan/FileTokenizer.h>
 
-#include "filters/table/Problems.h"
+#include "filters/support/Problems.h"
 #include "filters/text/DelimitedFormat.h"
 
 namespace trovan::filters {

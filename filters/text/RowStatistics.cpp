@@ -7,6 +7,11 @@
 #include "filters/text/NumberField.h"
 
 namespace trovan::filters {
+namespace {
+
+constexpr unsigned long long kNumbersForAComma = 10;
+
+}  // namespace
 
 void RowStatistics::Take(DelimitedReader& reader, unsigned long long mostRows) {
   try {
@@ -77,8 +82,9 @@ double RowStatistics::NumberShare() const {
   return static_cast<double>(counted.numbers) / static_cast<double>(counted.present);
 }
 
-char RowStatistics::Decimal() const {
-  const Numbers& counted = Counted();
+char RowStatistics::Decimal(bool commasDelimit) const {
+  Numbers counted = Counted();
+  if (commasDelimit && counted.commas * kNumbersForAComma < counted.numbers) counted.commas = 0;
   if (counted.points == 0 && counted.commas == 0) return 0;
   return counted.commas > counted.points ? ',' : '.';
 }

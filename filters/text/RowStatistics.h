@@ -31,8 +31,10 @@ class RowStatistics {
   // The share of numbers, with a decimal point or comma, among the fields in which something
   // stands, 0 to 1. The first row is left out unless it is the only one: it may hold names.
   double NumberShare() const;
-  // '.' or ',', whichever more numbers of these rows have; 0: there is no fraction.
-  char Decimal() const;
+  // '.' or ',', whichever more numbers of these rows have; 0: there is no fraction. Where commas
+  // set the values apart, "840,997" in quotes is rather a list: commas count as decimals only if at
+  // least one number in ten has one.
+  char Decimal(bool commasDelimit) const;
 
   // Quoted fields, and of all faults of quotes: text behind a closing one, one that is not closed.
   unsigned long long QuotedFields() const { return quotedFields_; }

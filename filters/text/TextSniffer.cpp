@@ -176,7 +176,8 @@ class Sniffer {
   }
 
   void TellRows(const RowStatistics& rows) {
-    report_.decimal = rows.Decimal();
+    const bool commasDelimit = report_.format.delimiters.find(',') != std::string::npos;
+    report_.decimal = rows.Decimal(commasDelimit);
     report_.rows = rows.Rows();
     report_.allRows = report_.survey.wholeFile && rows.TookAll();
     report_.columns = report_.delimited ? rows.ColumnsFrom(2) : rows.Columns();

@@ -37,6 +37,7 @@ void CsvWriter::PutOnLine(std::string_view text) {
 
 void CsvWriter::Begin(const std::vector<std::string>& columns) {
   single_ = columns.size() == 1;
+  if (columns.empty()) return;
   BeginRow();
   for (const std::string& column : columns) Text(column);
   EndRow();

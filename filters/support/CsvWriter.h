@@ -1,6 +1,7 @@
-// Comma-separated values by RFC 4180: a header line, lines that end with CR LF, quotes around
-// values that hold a quote, a comma or a line end. Null values and empty texts are both empty; the
-// only value of a row is then a pair of quotes, since many readers pass over empty lines.
+// Comma-separated values by RFC 4180: a header line (none without columns), lines that end with CR
+// LF, quotes around values that hold a quote, a comma or a line end. Null values and empty texts
+// are both empty; the only value of a row is then a pair of quotes, since many readers pass over
+// empty lines.
 #pragma once
 
 #include "filters/support/OutputBuffer.h"

@@ -1,16 +1,15 @@
-// Rows as JSON objects (RFC 8259): one array of them, or one object a line (NDJSON). Columns of the
-// same name are told apart by a number. Values beyond the columns are named "column_4" by their
-// place in the row, counted from 1.
+// Rows as JSON objects (RFC 8259): one array of them, or one object a line (NDJSON). What keys they
+// have, JsonObject tells.
 //
 // Written piece by piece, since a table may be larger than memory.
 #pragma once
 
-#include <cstddef>
-#include <set>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "filters/support/JsonObject.h"
 #include "filters/support/OutputBuffer.h"
 #include "filters/support/RowWriter.h"
 
@@ -25,25 +24,20 @@ class JsonWriter : public RowWriter {
 
   void Begin(const std::vector<std::string>& columns) override;
   void BeginRow() override;
-  void Null() override;
-  void Text(std::string_view text) override;
-  void Number(std::string_view number) override;
-  void Logical(bool value) override;
-  void BeginLongText() override;
-  void LongTextPiece(std::string_view piece) override;
-  void EndLongText() override;
+  void Null() override { row_->Null(); }
+  void Text(std::string_view text) override { row_->Text(text); }
+  void Number(std::string_view number) override { row_->Number(number); }
+  void Logical(bool value) override { row_->Logical(value); }
+  void BeginLongText() override { row_->BeginLongText(); }
+  void LongTextPiece(std::string_view piece) override { row_->LongTextPiece(piece); }
+  void EndLongText() override { row_->EndLongText(); }
   void EndRow() override;
   void End() override;
 
  private:
-  void PutKey();
-  std::string UnusedName(const std::string& name) const;
-
   OutputBuffer out_;
   Form form_;
-  std::vector<std::string> keys_;  // with quotes and colon
-  std::set<std::string> names_;    // as they came out
-  std::size_t column_ = 0;
+  std::optional<JsonObject> row_;  // from Begin on
   bool anyRow_ = false;
 };
 

@@ -99,6 +99,12 @@ TEST_F(CsvWriterTest, WritesPiecesLargerThanItsBufferWhole) {
   EXPECT_EQ(End(), "a,b\r\ny," + large + "\r\n");
 }
 
+TEST_F(CsvWriterTest, WritesNothingOfNoColumnsAndNoRows) {
+  writer_.Begin({});
+  writer_.End();
+  EXPECT_EQ(sink_.text, "");
+}
+
 TEST_F(CsvWriterTest, HandsRowsOnBeforeTheEnd) {
   writer_.Begin({"a"});
   for (int i = 0; i < 100'000; ++i) {

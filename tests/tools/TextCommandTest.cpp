@@ -1,5 +1,6 @@
 // `trovan text sniff` and `trovan text tokens` on small files.
 #include <csignal>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -41,7 +42,7 @@ TEST_F(TextCommandTest, ExplainsItself) {
     std::vector<std::string> arguments;
     std::vector<const char*> told;
   } cases[] = {
-      {{"--help"}, {"sniff", "tokens"}},
+      {{"--help"}, {"sniff", "tokens", "columns"}},
       {{"sniff", "--help"}, {"files", "--format"}},
       {{"tokens", "--help"},
        {"--delimiters", "--whitespace", "--quotes", "--no-quotes", "--as", "--format", "--limit"}},

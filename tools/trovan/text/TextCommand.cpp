@@ -47,6 +47,7 @@ void AddTextCommand(CLI::App& app, std::function<int()>& work) {
   text->require_subcommand(1);
   AddTextSniff(*text, work);
   AddTextTokens(*text, work);
+  AddTextColumns(*text, work);
 }
 
 }  // namespace trovan::tool

@@ -24,8 +24,8 @@ struct ColumnsExportOptions {
   bool keepGoing = false;  // rows with bad numbers are left out and listed, instead of the end
 };
 
-// Rows with another number of values than there are columns.
-struct UnevenRows {
+// Rows of some kind.
+struct RowsOfNote {
   std::uint64_t count = 0;
   unsigned long long firstLine = 0;
 
@@ -36,13 +36,13 @@ struct UnevenRows {
 
 struct ColumnsExportResult {
   std::uint64_t rows = 0;  // that were written
-  UnevenRows shorter;
-  UnevenRows longer;
+  RowsOfNote shorter;
+  RowsOfNote longer;
   Problems badRows;             // left out, with the places of their first bad numbers
   Problems remarks;             // of DelimitedReader
   std::uint64_t malformed = 0;  // parts of texts that the code page does not know
   long long loneReturns = 0;    // carriage returns that were dropped
-  UnevenRows withoutPlace;      // points: rows whose coordinates are all empty
+  RowsOfNote withoutPlace;      // points: rows whose coordinates are all empty
   bool cancelled = false;       // `progress` asked to stop
 };
 

@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <corvel/Path.h>
@@ -29,8 +31,8 @@ using filters::ColumnsExportOptions;
 using filters::ColumnsExportResult;
 using filters::JsonWriter;
 using filters::Problems;
+using filters::RowsOfNote;
 using filters::TextReport;
-using filters::UnevenRows;
 
 // What the options are parsed into; those that were not given stay empty, and are sniffed.
 struct ColumnsArguments {
@@ -86,25 +88,31 @@ ColumnsExportOptions Settle(const ColumnsArguments& arguments, const TextReport&
   return options;
 }
 
+// "1 row", "2 rows"
+std::string Counted(unsigned long long count, const char* what) {
+  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
 std::string Characters(const std::string& set, const char* none) {
   return set.empty() ? none : "'" + filters::Escaped(set) + "'";
 }
 
 void TellFormat(const std::string& name, const ColumnsExportOptions& options) {
   const auto& format = options.format;
-  WarnOfText(name + ": delimiter " + Characters(format.format.delimiters, "blanks") + ", quote " +
+  const char* const otherwise = format.format.whitespace.empty() ? "none" : "blanks";
+  WarnOfText(name + ": delimiter " + Characters(format.format.delimiters, otherwise) + ", quote " +
              Characters(format.format.quotes, "none") + ", decimal character '" + options.decimal +
              "', " + (format.header ? "a" : "no") + " line of names, " +
-             std::to_string(format.skipLines) + " lines skipped at the start");
+             Counted(format.skipLines, "line") + " skipped at the start");
 }
 
 // --- What there is to tell afterwards
 // --------------------------------------------------------------
 
-void WarnOfRows(const std::string& name, const UnevenRows& rows, const std::string& what) {
+void WarnOfRows(const std::string& name, const RowsOfNote& rows, const std::string& what) {
   if (rows.count == 0) return;
-  WarnOfText(name + ": " + std::to_string(rows.count) + " rows " + what +
-             "; the first is on line " + std::to_string(rows.firstLine));
+  WarnOfText(name + ": " + Counted(rows.count, "row") + ' ' + what + "; the first is on line " +
+             std::to_string(rows.firstLine));
 }
 
 void WarnOfProblems(const Problems& problems, const std::string& start, const std::string& what) {
@@ -119,25 +127,24 @@ void WarnOfProblems(const Problems& problems, const std::string& start, const st
 int Conclude(const std::string& name, const ColumnsExportOptions& options,
              const ColumnsExportResult& result) {
   WarnOfProblems(result.remarks, name + ", ", "more of the kind");
-  WarnOfRows(name, result.shorter, "have fewer values than there are columns, and were filled up");
+  WarnOfRows(name, result.shorter, "with fewer values than there are columns: filled up");
   WarnOfRows(name, result.longer,
-             options.columns.empty()
-                 ? "have more values than there are columns"
-                 : "have more values than there are columns; these were left out by --columns");
-  WarnOfRows(name, result.withoutPlace, "have no coordinates, and are features without geometry");
+             std::string("with more values than there are columns: ") +
+                 (options.columns.empty() ? "written all the same" : "left out by --columns"));
+  WarnOfRows(name, result.withoutPlace, "without coordinates: features without geometry");
   if (result.loneReturns > 0) {
-    WarnOfText(name + ": " + std::to_string(result.loneReturns) +
-               " carriage returns that are part of no line end were dropped");
+    const auto count = static_cast<unsigned long long>(result.loneReturns);
+    WarnOfText(name + ": " + Counted(count, "carriage return") + " within lines: dropped");
   }
   if (result.malformed > 0) {
-    WarnOfText(name + ": " + std::to_string(result.malformed) +
-               " places are no text of the code page and came out as U+FFFD; another one can be "
-               "asked for with --code-page");
+    WarnOfText(name + ": " + Counted(result.malformed, "part") +
+               " of texts unknown to the code page: written as U+FFFD; --code-page can ask for "
+               "another one");
   }
-  WarnOfProblems(result.badRows, "", "rows more");
+  WarnOfProblems(result.badRows, "", "more of the kind");
   if (result.badRows.Count() > 0) {
-    WarnOfText(name + ": " + std::to_string(result.badRows.Count()) +
-               " rows with such values were left out");
+    WarnOfText(name + ": " + Counted(result.badRows.Count(), "row") +
+               " with bad numbers: left out");
   }
   if (result.cancelled) return kInterrupted;
   return result.badRows.Count() > 0 ? kFailed : kDone;
@@ -182,9 +189,8 @@ int Columns(const ColumnsArguments& arguments) {
   const ColumnsExportOptions options = Settle(arguments, report);
   if (arguments.verbose) TellFormat(name, options);
   if (!arguments.comment && report.commentLines > 0) {
-    WarnOfText(name + ": " + std::to_string(report.commentLines) +
-               " lines at the start begin with '#' and were skipped; --comment none reads them as "
-               "rows");
+    WarnOfText(name + ": " + Counted(report.commentLines, "line") +
+               " at the start with '#' in front: skipped; --comment none reads them as rows");
   }
   ColumnsExportResult result;
   if (arguments.output.empty()) {

@@ -207,6 +207,24 @@ HGT_TILES = {
     "empty": b"",
 }
 
+# The first byte chooses the format; 0x80 makes lines that start with "#" comments.
+DELIMITED_TEXTS = {
+    "commas": b"\0NAME,AREA\nOslo,454.03\nRome,\n,\n",
+    "quotes": b"\0\"a \"\"b\"\"\",\"c\nd\"\r\n\"e\" f,\"\"\n\"\"",
+    "blanks": b"\x01 1.5  2,5\t\"a b\" \n\n\"c\"d \f e",
+    "semicolons": b"\x02'a;b';\"c'd\";\n1,5;2,5;\n",
+    "tabs": b"\x03a\t\"b\t\tc\n",
+    "both": b"\x04 a , \"b\" ,\n c",
+    "lines": b"\x05a, b\nc\n",
+    "comments": b"\x80# one\n\n#two\na,#b\n\"c\n#d\"\n#e",
+    "open_quote": b"\0a,b\nc,\"d\"\"\n",
+    "returns": b"\0\ra,\r\"b\"\r\"c\"\r\n\r\n\"d\"\r",
+    "form_feeds": b"\0\fa,\f\"b\"\fc\f",
+    "nul": b"\0a\0,\0\n\"\0\"",
+    "mark": b"\0\xef\xbb\xbfa,\xe9\n",
+    "empty": b"\0",
+}
+
 
 def text(content, *, sets=(b" \t", b",", b'"'), steps=b""):
     """A text with the sets to read it by; `steps` are the first calls, by their numbers."""
@@ -250,3 +268,4 @@ write("AsciiGridFuzz", ASCII_GRIDS)
 write("VtkReaderFuzz", VTK_FILES)
 write("EnviHeaderFuzz", ENVI_HEADERS)
 write("HgtFuzz", HGT_TILES)
+write("DelimitedReaderFuzz", DELIMITED_TEXTS)

@@ -17,7 +17,7 @@ std::string InSmallLetters(std::string_view text) {
   return small;
 }
 
-bool IsNumber(std::string_view text) {
+bool LooksLikeNumber(std::string_view text) {
   double ignored = 0;
   return ParseNumber(text, ignored) != NumberStatus::kNotANumber;
 }
@@ -36,7 +36,7 @@ class KeywordReader {
   LatticeHeader Read() {
     for (;;) {
       const TextPlace place = scanner_.Place();
-      if (scanner_.NextWord().empty() || IsNumber(scanner_.Word())) {
+      if (scanner_.NextWord().empty() || LooksLikeNumber(scanner_.Word())) {
         RequireAll();
         scanner_.Return(place);
         return Header();

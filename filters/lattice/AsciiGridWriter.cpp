@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "filters/lattice/NumberText.h"
+#include "filters/lattice/ElementText.h"
 #include "filters/support/FilterError.h"
 #include "filters/support/OutputFile.h"
 

@@ -5,8 +5,8 @@
 #include <limits>
 
 #include "filters/lattice/EnviFields.h"
-#include "filters/lattice/NumberText.h"
 #include "filters/support/FilterError.h"
+#include "filters/support/NumberText.h"
 
 namespace trovan::filters {
 namespace {
@@ -51,7 +51,7 @@ constexpr std::size_t kMapNumbers = 6;
 constexpr std::size_t kMapItems = 1 + kMapNumbers;  // what follows them is kept as text
 
 template <typename T>
-bool IsNumber(std::string_view text, T& value) {
+bool ReadsAs(std::string_view text, T& value) {
   return ParseNumber(text, value) == NumberStatus::kNumber;
 }
 
@@ -75,7 +75,7 @@ class Parser {
     header.lines = ReadCount("lines");
     header.bands = ReadCount("bands");
     if (const EnviField* field = Take("header offset")) {
-      if (!IsNumber(field->value, header.headerOffset)) {
+      if (!ReadsAs(field->value, header.headerOffset)) {
         FailInField(file_, *field, "a whole number of bytes, 0 or more");
       }
     }
@@ -127,7 +127,7 @@ class Parser {
   std::uint32_t ReadCount(std::string_view name) {
     const EnviField& field = Require(name);
     std::uint32_t count = 0;
-    if (!IsNumber(field.value, count) || count == 0) {
+    if (!ReadsAs(field.value, count) || count == 0) {
       FailInField(
           file_, field,
           "a whole number from 1 to " + std::to_string(std::numeric_limits<std::uint32_t>::max()));
@@ -138,7 +138,7 @@ class Parser {
   corvel::PrimType ReadDataType() {
     const EnviField& field = Require("data type");
     unsigned code = 0;
-    if (IsNumber(field.value, code)) {
+    if (ReadsAs(field.value, code)) {
       for (const auto& [known, type] : kTypes) {
         if (code == known) return type;
       }
@@ -172,7 +172,7 @@ class Parser {
       return ByteOrder::kLittleEndian;
     }
     unsigned order = 0;
-    if (!IsNumber(field->value, order) || order > 1) {
+    if (!ReadsAs(field->value, order) || order > 1) {
       FailInField(file_, *field, "0 (little-endian) or 1 (big-endian)");
     }
     return order == 0 ? ByteOrder::kLittleEndian : ByteOrder::kBigEndian;
@@ -182,7 +182,7 @@ class Parser {
     const EnviField* field = Take("data ignore value");
     if (field == nullptr) return std::nullopt;
     double value = 0.0;
-    if (!IsNumber(field->value, value)) FailInField(file_, *field, "a number");
+    if (!ReadsAs(field->value, value)) FailInField(file_, *field, "a number");
     return value;
   }
 
@@ -200,7 +200,7 @@ class Parser {
     double* const numbers[kMapNumbers] = {&info.pixelX,   &info.pixelY, &info.easting,
                                           &info.northing, &info.xSize,  &info.ySize};
     for (std::size_t i = 0; i < kMapNumbers; ++i) {
-      if (IsNumber(items[i + 1], *numbers[i]) && std::isfinite(*numbers[i])) continue;
+      if (ReadsAs(items[i + 1], *numbers[i]) && std::isfinite(*numbers[i])) continue;
       FailInLine(file_, field->line,
                  "item " + std::to_string(i + 2) + " of map info is \"" + items[i + 1] +
                      "\", expected a number");
@@ -217,7 +217,7 @@ class Parser {
     if (field == nullptr) return;
     for (const std::string& item : SplitEnviList(field->value)) {
       double value = 0.0;
-      if (IsNumber(item, value) && value == 0.0) continue;
+      if (ReadsAs(item, value) && value == 0.0) continue;
       FailInLine(file_, field->line,
                  std::string(what) + " (" + field->name + "), which cannot be read");
     }

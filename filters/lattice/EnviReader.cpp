@@ -10,9 +10,9 @@
 #include <corvel/Text.h>
 
 #include "filters/lattice/EnviPlace.h"
-#include "filters/lattice/NumberText.h"
 #include "filters/lattice/RasterValues.h"
 #include "filters/support/FilterError.h"
+#include "filters/support/NumberText.h"
 
 namespace trovan::filters {
 namespace {

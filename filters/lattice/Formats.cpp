@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <string_view>
-#include <system_error>
 
 #include <corvel/Path.h>
 #include <corvel/Text.h>
@@ -18,6 +16,7 @@
 #include "filters/lattice/VtkReader.h"
 #include "filters/lattice/VtkWriter.h"
 #include "filters/support/FilterError.h"
+#include "filters/support/InputFile.h"
 
 namespace trovan::filters {
 namespace {
@@ -47,17 +46,6 @@ bool HasEnviHeader(const std::wstring& path) {
   corvel::CPath header(path);
   header.SetExtension(L".hdr");
   return corvel::FileExists(path + L".hdr") || corvel::FileExists(header.GetPath());
-}
-
-// Lattices are read here and there, which a pipe cannot be; and opening one would wait.
-void RequireFile(const std::wstring& path) {
-  std::error_code failed;
-  const auto status = std::filesystem::status(corvel::PathToSystem(path), failed);
-  if (!std::filesystem::exists(status) || std::filesystem::is_regular_file(status) ||
-      std::filesystem::is_directory(status)) {
-    return;  // what is wrong with the others, the readers tell
-  }
-  throw FilterError(corvel::Utf8FromWide(path) + ": this is a device or a pipe, no file");
 }
 
 void RefusePlanes(const std::wstring& path, const LatticeReadOptions& options) {

@@ -6,9 +6,9 @@
 #include <corvel/Text.h>
 
 #include "filters/lattice/HgtTile.h"
-#include "filters/lattice/NumberText.h"
 #include "filters/lattice/RasterValues.h"
 #include "filters/support/FilterError.h"
+#include "filters/support/NumberText.h"
 #include "filters/support/OutputFile.h"
 
 namespace trovan::filters {

@@ -5,8 +5,8 @@
 #include <trovan/TypedArrays.h>
 
 #include "filters/lattice/NodeTypes.h"
-#include "filters/lattice/NumberText.h"
 #include "filters/support/FilterError.h"
+#include "filters/support/NumberText.h"
 
 namespace trovan::filters {
 namespace {

@@ -12,22 +12,6 @@ constexpr bool IsSpace(int byte) { return byte == ' ' || (byte >= '\t' && byte <
 
 }  // namespace
 
-std::string Quoted(std::string_view text) {
-  constexpr std::size_t kShown = 40;
-  constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string quoted = "\"";
-  for (const char c : text.substr(0, kShown)) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= ' ' && byte < 0x7F) {
-      quoted += c;
-    } else {
-      quoted += {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0xF]};
-    }
-  }
-  quoted += text.size() > kShown ? "...\"" : "\"";
-  return quoted;
-}
-
 void TextScanner::CountLineEnd(int byte) {
   if (byte == '\r' || (byte == '\n' && !afterReturn_)) ++line_;
   afterReturn_ = byte == '\r';

@@ -15,7 +15,8 @@
 #include <corvel/BufferedFile.h>
 #include <corvel/PrimType.h>
 
-#include "filters/lattice/NumberText.h"
+#include "filters/lattice/ElementText.h"
+#include "filters/support/QuotedText.h"
 
 namespace trovan::filters {
 
@@ -121,9 +122,5 @@ class TextScanner {
   long long wordOffset_ = 0;
   bool tellsBytes_ = false;
 };
-
-// Text from a file in quotes, fit for a message: cut when it is long, other than printable ASCII as
-// "\x1B".
-std::string Quoted(std::string_view text);
 
 }  // namespace trovan::filters

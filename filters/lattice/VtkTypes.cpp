@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "filters/lattice/NodeTypes.h"
-#include "filters/lattice/NumberText.h"
+#include "filters/support/NumberText.h"
 
 namespace trovan::filters {
 namespace {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "filters/lattice/NumberText.h"
+#include "filters/lattice/ElementText.h"
 #include "filters/lattice/SwapBytes.h"
 #include "filters/lattice/VtkTypes.h"
 #include "filters/support/FilterError.h"

@@ -8,20 +8,11 @@
 #include <kerno/CodePageInfo.h>
 #include <trovan/DBFCodePages.h>
 
+#include "filters/support/CodePageNames.h"
 #include "filters/table/SideFiles.h"
 
 namespace trovan::filters {
 namespace {
-
-constexpr int kByNumber = 2;
-constexpr int kSystemOem = 1;
-
-std::string NameOf(int page, const kerno::CodePageInfo& pages) {
-  if (page == kSystemOem) return "the system's OEM code page, read as 437";
-  std::size_t index = 0;
-  if (!pages.GetIndexFromPageNumber(page, index)) return {};
-  return corvel::Utf8FromWide(pages.GetNameByIndex(index));
-}
 
 std::string Hex(std::uint8_t byte) {
   char text[8];
@@ -52,10 +43,9 @@ void RemarkUnseen(const std::optional<SideFile>& side, const char* extension,
 
 CodePageChoice ChooseCodePage(const std::wstring& path, const TableLayout& layout,
                               std::optional<int> asked) {
-  const kerno::CodePageInfo pages(kByNumber);
   CodePageChoice choice;
   choice.number = asked ? *asked : CodePageForDBFTranslation(path, layout.languageByte);
-  choice.name = NameOf(choice.number, pages);
+  choice.name = CodePageName(choice.number);
   if (asked) {
     choice.reason = "asked for";
     return choice;
@@ -72,6 +62,8 @@ CodePageChoice ChooseCodePage(const std::wstring& path, const TableLayout& layou
     }
     return choice;
   }
+  constexpr int kByNumber = 2;
+  const kerno::CodePageInfo pages(kByNumber);
   const int named = CPGFileRead(path);
   std::size_t index = 0;
   if (named != 0 && named == choice.number && pages.GetIndexFromPageNumber(named, index)) {

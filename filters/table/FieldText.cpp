@@ -50,28 +50,6 @@ std::string_view TrimBoth(std::string_view text) {
   return text;
 }
 
-bool IsNumber(std::string_view text) {
-  std::size_t at = 0;
-  if (at < text.size() && (text[at] == '-' || text[at] == '+')) ++at;
-  const std::size_t whole = at;
-  at = SkipDigits(text, at);
-  std::size_t digits = at - whole;
-  if (at < text.size() && text[at] == '.') {
-    const std::size_t fraction = ++at;
-    at = SkipDigits(text, at);
-    digits += at - fraction;
-  }
-  if (digits == 0) return false;
-  if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
-    ++at;
-    if (at < text.size() && (text[at] == '-' || text[at] == '+')) ++at;
-    const std::size_t exponent = at;
-    at = SkipDigits(text, at);
-    if (at == exponent) return false;
-  }
-  return at == text.size();
-}
-
 bool AppendIsoDate(std::string_view digits, std::string& out) {
   if (digits.size() != 8 || SkipDigits(digits, 0) != 8) return false;
   const auto number = [&](std::size_t from, std::size_t count) {
@@ -126,12 +104,6 @@ void AppendCurrency(std::int64_t tenThousandths, std::string& out) {
   AppendPadded(magnitude / 10'000, 1, out);
   out += '.';
   AppendPadded(magnitude % 10'000, 4, out);
-}
-
-void AppendReal(double value, std::string& out) {
-  char digits[32];
-  const char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-  out.append(digits, static_cast<std::size_t>(end - digits));
 }
 
 void AppendHex(std::string_view bytes, std::string& out) {

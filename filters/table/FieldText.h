@@ -11,10 +11,6 @@ namespace trovan::filters {
 std::string_view TrimEnd(std::string_view text);
 std::string_view TrimBoth(std::string_view text);
 
-// Whether `text` is a decimal number: a sign, digits, a point, digits, an exponent, of which at
-// least one digit must be there. "nan", "1,5" and "***" are none.
-bool IsNumber(std::string_view text);
-
 // Appends the date YYYYMMDD as YYYY-MM-DD. False, appending nothing, when `digits` is no date.
 bool AppendIsoDate(std::string_view digits, std::string& out);
 
@@ -29,9 +25,6 @@ bool AppendTimestamp(double milliseconds, std::string& out);
 
 // Appends ten-thousandths as a number with four decimals.
 void AppendCurrency(std::int64_t tenThousandths, std::string& out);
-
-// Appends the shortest text that reads back as the same number; "nan", "inf" and "-inf" too.
-void AppendReal(double value, std::string& out);
 
 // Appends two hexadecimal digits for each byte.
 void AppendHex(std::string_view bytes, std::string& out);

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "filters/support/FilterError.h"
+#include "filters/support/NumberText.h"
 #include "filters/table/FieldText.h"
 #include "filters/table/StoredIntegers.h"
 
@@ -138,7 +139,7 @@ void FieldValue::WriteBytes(std::string_view bytes, RowWriter& writer) {
 
 void FieldValue::WriteReal(double value, RowWriter& writer) {
   text_.clear();
-  AppendReal(value, text_);
+  AppendNumber(text_, value);
   IsNumber(text_) ? writer.Number(text_) : writer.Text(text_);
 }
 

@@ -7,11 +7,11 @@
 
 #include <kerno/TextCodec.h>
 
+#include "filters/support/Problems.h"
+#include "filters/support/RowWriter.h"
 #include "filters/table/ColumnPlan.h"
 #include "filters/table/MemoFile.h"
-#include "filters/table/Problems.h"
 #include "filters/table/RecordReader.h"
-#include "filters/table/RowWriter.h"
 
 namespace trovan::filters {
 

@@ -5,6 +5,7 @@
 #include <corvel/Exception.h>
 #include <kerno/TextCodec.h>
 
+#include "filters/support/CodePageNames.h"
 #include "filters/support/FilterError.h"
 #include "filters/table/CodePageChoice.h"
 #include "filters/table/ColumnPlan.h"
@@ -21,13 +22,6 @@ constexpr std::uint32_t kRecordsBetweenReports = 1024;
 // Memos may be long: a user who wants to stop waits for one record at most.
 std::uint32_t RecordsBetweenReports(const MemoFile* memo) {
   return memo != nullptr ? 1 : kRecordsBetweenReports;
-}
-
-void RequireConvertible(const CodePageChoice& choice) {
-  if (kerno::TextCodec::IsConvertible(choice.number)) return;
-  throw FilterError("code page " + std::to_string(choice.number) +
-                    (choice.name.empty() ? "" : " (" + choice.name + ")") +
-                    " cannot be read here (" + choice.reason + "); choose another one");
 }
 
 std::unique_ptr<MemoFile> OpenMemos(const std::wstring& path, const TableLayout& layout,
@@ -61,7 +55,7 @@ class Export {
         result_(result),
         layout_(ReadTableLayout(path)),
         choice_(ChooseCodePage(path, layout_, options.codePage)),
-        codec_((RequireConvertible(choice_), choice_.number)),
+        codec_((RequireConvertible(choice_.number, choice_.reason), choice_.number)),
         plan_(PlanColumns(layout_, codec_)),
         records_(path, layout_),
         memo_(OpenMemos(path, layout_, plan_, records_.Reader(), result.problems)),

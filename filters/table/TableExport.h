@@ -7,8 +7,8 @@
 
 #include <corvel/Progress.h>
 
-#include "filters/table/Problems.h"
-#include "filters/table/RowWriter.h"
+#include "filters/support/Problems.h"
+#include "filters/support/RowWriter.h"
 
 namespace trovan::filters {
 

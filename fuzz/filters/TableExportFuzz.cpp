@@ -15,9 +15,9 @@
 
 #include "Require.h"
 #include "filters/support/ByteSink.h"
+#include "filters/support/CsvWriter.h"
 #include "filters/support/FilterError.h"
-#include "filters/table/CsvWriter.h"
-#include "filters/table/JsonWriter.h"
+#include "filters/support/JsonWriter.h"
 #include "filters/table/TableExport.h"
 #include "filters/table/TableReport.h"
 #include "support/TempFolder.h"

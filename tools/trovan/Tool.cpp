@@ -15,6 +15,7 @@
 #include "StandardOutput.h"
 #include "lattice/LatticeCommand.h"
 #include "table/TableCommand.h"
+#include "text/TextCommand.h"
 
 namespace trovan::tool {
 namespace {
@@ -54,6 +55,7 @@ int Run(int argc, char** argv) {
   std::function<int()> work;
   AddTableCommand(app, work);
   AddLatticeCommand(app, work);
+  AddTextCommand(app, work);
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& wanted) {  // --help, --version

@@ -12,9 +12,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "filters/support/ByteSink.h"
-#include "filters/table/CsvWriter.h"
-#include "filters/table/JsonWriter.h"
+#include "filters/support/CsvWriter.h"
+#include "filters/support/JsonWriter.h"
+#include "filters/support/StringSink.h"
 #include "filters/table/TableExport.h"
 #include "support/DbfImage.h"
 #include "support/TempFolder.h"
@@ -22,13 +22,6 @@
 namespace trovan::filters {
 
 using test::DbfImage;
-
-class StringSink : public ByteSink {
- public:
-  void Write(std::string_view bytes) override { text += bytes; }
-
-  std::string text;
-};
 
 class TableFixture : public testing::Test {
  protected:

@@ -31,29 +31,29 @@ struct SniffHints {
 
 struct TextReport {
   TextSurvey survey;     // of the sample
-  bool binary = false;   // it has a NUL byte; then there is nothing below but the encoding
   std::string encoding;  // "ASCII", "UTF-8", "UTF-8 with BOM", "UTF-16 LE", "8-bit", "binary", ...
   std::string lineEnds;  // "LF", "CR LF", "CR", "mixed" or "none"
 
   // Lines in front of the first row that are no rows: skipped ones, blank ones, and those that
-  // start with '#'. There are no rows in them: DelimitedReader::SkipLines can pass them over.
+  // start with '#'. DelimitedReader::SkipLines can pass them over.
   unsigned long long leadingLines = 0;
   unsigned long long commentLines = 0;  // that start with '#'
 
-  // Whether at least half of the rows have one and the same number of values, two or more. If not,
-  // the format takes each line as one value.
-  bool delimited = false;
-  DelimitedFormat format;
-  char decimal = 0;  // '.', ',', or 0: no fractions were seen
-
   unsigned long long rows = 0;  // of the sample
-  bool allRows = false;         // the file has no more of them
   std::size_t columns = 0;      // the commonest number of values
   unsigned long long rowsOfThatWidth = 0;
   std::optional<unsigned long long> firstOtherLine;  // on which a row with another number begins
-  bool header = false;
   std::vector<std::string> names;  // of the columns, the bytes of the file; empty without header
   std::string problem;             // why the rows end early: "towns.csv, line 7: ..."
+
+  DelimitedFormat format;
+  char decimal = 0;      // '.', ',', or 0: no fractions were seen
+  bool binary = false;   // the sample has a NUL byte; then there are no rows
+  bool allRows = false;  // the file has no more of them
+  bool header = false;   // the first row holds the names
+  // At least half of the rows have one and the same number of values, two or more. If not, the
+  // format takes each line as one value.
+  bool delimited = false;
 };
 
 // Raises corvel::Exception when the file cannot be read, or is a pipe.

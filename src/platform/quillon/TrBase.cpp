@@ -1,7 +1,5 @@
 #include <quillon/TrBase.h>
 
-#include <corvel/Exception.h>
-
 namespace quillon {
 
 const corvel::CTypeInfo* TrBase::GetClassTypeId() {
@@ -9,10 +7,12 @@ const corvel::CTypeInfo* TrBase::GetClassTypeId() {
   return &kRecord;
 }
 
+InvalidObject::~InvalidObject() = default;
 TrBase::~TrBase() = default;
 
 void TrBase::ThrowInvalidObject(const char* file, int line, const std::string& why) {
-  throw corvel::Exception("quillon", file, line, "Invalid object: " + why, false);
+  throw InvalidObject("Invalid object: " + why + " (" + file + ", line " + std::to_string(line) +
+                      ")");
 }
 
 }  // namespace quillon

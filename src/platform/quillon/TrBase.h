@@ -9,6 +9,7 @@
 #pragma once
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include <corvel/ParamList.h>
@@ -16,6 +17,13 @@
 #include <quillon/Export.h>
 
 namespace quillon {
+
+// Raised by AssertValid: the text tells what is wrong, and where that was found.
+class QUILLON_API InvalidObject : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+  ~InvalidObject() override;
+};
 
 // The classes derived from this one are values; this part of them can be copied only as a part of
 // them. The order of the virtual operations is fixed.
@@ -32,7 +40,7 @@ class QUILLON_API TrBase {
   // A copy of the whole object, of the same class.
   virtual std::unique_ptr<TrBase> Clone() const = 0;
 
-  // Raises corvel::Exception when the object contradicts itself, with a message that says how.
+  // Raises InvalidObject when the object contradicts itself, with a text that says how.
   virtual void AssertValid() const = 0;
 
   // The object in a few words, for logs and messages: "Uniform lattice, 3 x 2 x 1 nodes".
@@ -49,7 +57,7 @@ class QUILLON_API TrBase {
   TrBase& operator=(const TrBase&) = default;
   TrBase& operator=(TrBase&&) = default;
 
-  // Raises the error of AssertValid. `file` is the base name of the source file without extension.
+  // Raises InvalidObject. `file` is the base name of the source file without extension.
   [[noreturn]] static void ThrowInvalidObject(const char* file, int line, const std::string& why);
 
  private:

@@ -1,0 +1,7 @@
+#include <quillon/IoManager.h>
+
+namespace quillon {
+
+IoManager::~IoManager() = default;
+
+}  // namespace quillon

@@ -7,20 +7,9 @@
 #include <cstdint>
 #include <limits>
 
+#include <corvel/Truncate.h>
+
 namespace trovan::lattice {
-
-// Truncated toward zero. What does not fit, NaN included, gives the most negative value.
-inline std::int32_t TruncateToInt32(double value) {
-  const bool fits = value > -2147483649.0 && value < 2147483648.0;  // false for NaN
-  return fits ? static_cast<std::int32_t>(value) : std::numeric_limits<std::int32_t>::min();
-}
-
-// The same. No double lies strictly between -2^63 - 1 and -2^63.
-inline std::int64_t TruncateToInt64(double value) {
-  constexpr double kTwoTo63 = 9223372036854775808.0;
-  const bool fits = value >= -kTwoTo63 && value < kTwoTo63;  // false for NaN
-  return fits ? static_cast<std::int64_t>(value) : std::numeric_limits<std::int64_t>::min();
-}
 
 // The nearest float; infinity for what lies beyond all floats.
 inline float NearestFloat(double value) {
@@ -47,9 +36,9 @@ T FromDouble(double value) {
   } else if constexpr (std::same_as<T, float>) {
     return NearestFloat(value);
   } else if constexpr (std::same_as<T, std::int64_t> || std::same_as<T, std::uint32_t>) {
-    return static_cast<T>(TruncateToInt64(value));
+    return static_cast<T>(corvel::TruncateToInt64(value));
   } else {
-    return static_cast<T>(TruncateToInt32(value));
+    return static_cast<T>(corvel::TruncateToInt32(value));
   }
 }
 

@@ -42,7 +42,7 @@ double MeanStep(CPrimType type, std::size_t n, const void* values) {
 // Whether each step is the one whole number. Differences wrap around at 64 bits.
 template <std::integral T>
 bool ShareWholeStep(const void* values, std::size_t n, double meanStep) {
-  const std::int64_t step = lattice::TruncateToInt64(meanStep);
+  const std::int64_t step = corvel::TruncateToInt64(meanStep);
   if (meanStep != static_cast<double>(step)) return false;
   const auto* const bytes = static_cast<const unsigned char*>(values);
   const auto bits = [bytes](std::size_t i) {

@@ -1,17 +1,8 @@
 #include <quillon/IoPropertyPage.h>
 
-#include <limits>
+#include <corvel/Truncate.h>
 
 namespace quillon {
-namespace {
-
-int TruncatedToInt(double value) {
-  using Limits = std::numeric_limits<int>;
-  const bool fits = value > Limits::min() - 1.0 && value < Limits::max() + 1.0;  // false for NaN
-  return fits ? static_cast<int>(value) : Limits::min();
-}
-
-}  // namespace
 
 std::wstring IoPropertyPage::GetLatticeExportPropName_DataMin() { return L"LatticeExport.DataMin"; }
 
@@ -33,7 +24,7 @@ bool IoPropertyPage::GetProperty(const std::wstring& key, double& value) const {
 bool IoPropertyPage::GetProperty(const std::wstring& key, int& value) const {
   const auto found = values_.find(key);
   if (found == values_.end()) return false;
-  value = TruncatedToInt(found->second);
+  value = corvel::TruncateToInt32(found->second);
   return true;
 }
 

@@ -50,6 +50,7 @@ std::string DelimiterName(const TextReport& report) {
 }
 
 std::string QuoteName(const TextReport& report) {
+  if (report.oddQuotes) return "none: what starts with \" often does not end with it";
   return report.format.quotes.empty() ? "none" : Escaped(report.format.quotes);
 }
 
@@ -135,6 +136,7 @@ nlohmann::ordered_json TextReportAsJson(const std::string& name, const TextRepor
                                  {"delimited", report.delimited},
                                  {"delimiter", nullptr},
                                  {"quote", OrNull(report.format.quotes)},
+                                 {"odd_quotes", report.oddQuotes},
                                  {"decimal", nullptr},
                                  {"rows", report.rows},
                                  {"all_rows", report.allRows},

@@ -37,7 +37,7 @@ std::string EncodingOf(const TextSurvey& survey, bool binary) {
     case ByteOrderMark::kNone:
       break;
   }
-  if (binary) return "binary";
+  if (binary) return "unknown";
   if (!survey.IsUtf8()) return "8-bit";
   if (survey.mark == ByteOrderMark::kUtf8) return "UTF-8 with BOM";
   return survey.nonAscii == 0 ? "ASCII" : "UTF-8";

@@ -31,7 +31,7 @@ struct SniffHints {
 
 struct TextReport {
   TextSurvey survey;     // of the sample
-  std::string encoding;  // "ASCII", "UTF-8", "UTF-8 with BOM", "UTF-16 LE", "8-bit", "binary", ...
+  std::string encoding;  // "ASCII", "UTF-8", "UTF-8 with BOM", "UTF-16 LE", "8-bit", "unknown", ...
   std::string lineEnds;  // "LF", "CR LF", "CR", "mixed" or "none"
 
   // Lines in front of the first row that are no rows: skipped ones, blank ones, and those that

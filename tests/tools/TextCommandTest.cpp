@@ -82,6 +82,7 @@ TEST_F(TextCommandTest, SniffTellsWhatATextFileIs) {
   EXPECT_EQ(outcome.errors, "");
   EXPECT_EQ(outcome.output, file +
                                 "\n"
+                                "  Kind           text\n"
                                 "  Encoding       ASCII\n"
                                 "  Line ends      LF\n"
                                 "  Delimiter      ;\n"
@@ -104,7 +105,9 @@ TEST_F(TextCommandTest, SniffNamesWhatCannotBeShown) {
   EXPECT_THAT(Run({"sniff", Save("c.txt", "a\nb\r\nc\rd\n")}).output,
               HasSubstr("mixed: 2 LF, 1 CR LF, 1 CR\n"));
   EXPECT_THAT(Run({"sniff", Save("d.bin", std::string("a,b\n\0", 5))}).output,
-              AllOf(HasSubstr("binary (first NUL byte at 4)"), Not(HasSubstr("Rows"))));
+              AllOf(HasSubstr("Kind           binary (first NUL byte at 4)\n"),
+                    HasSubstr("Encoding       unknown\n"), Not(HasSubstr("Line ends")),
+                    Not(HasSubstr("Rows"))));
 }
 
 TEST_F(TextCommandTest, SniffAsJson) {

@@ -40,7 +40,7 @@ TEST_F(TextSnifferTest, TellsTheEncoding) {
       {"\xEF\xBB\xBF"
        "a,\xE9\n",
        "8-bit", false},
-      {std::string("a\0b", 3), "binary", true},
+      {std::string("a\0b", 3), "unknown", true},
       {std::string("\xFF\xFE"
                    "a\0",
                    4),

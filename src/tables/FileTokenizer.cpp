@@ -222,6 +222,7 @@ CFileTokenizer::Status CFileTokenizer::ParseQuoted(Text& token, char quote) {
 template <class Text>
 void CFileTokenizer::TakeRun(Text& token, const RunEnds& ends) {
   const auto bytes = source_->Buffered();
+  if (bytes.empty()) return;  // then it has no address that could be copied from
   const std::size_t length = FindEnd(bytes, 0, ends);
   token.append(reinterpret_cast<const char*>(bytes.data()), length);
   source_->SkipBuffered(length);

@@ -22,13 +22,23 @@ std::string List(const std::vector<std::string>& names) {
   constexpr std::size_t kShown = 50;
   std::string list;
   for (std::size_t i = 0; i < std::min(names.size(), kShown); ++i) {
-    list += (i > 0 ? ", " : "") + names[i];
+    list += (i > 0 ? ", " : "") + ShortName(names[i]);
   }
   if (names.size() > kShown) list += " and " + std::to_string(names.size() - kShown) + " more";
   return list;
 }
 
 }  // namespace
+
+std::string ShortName(const std::string& name) {
+  constexpr std::size_t kShown = 60;
+  if (name.size() <= kShown) return name;
+  // Not within a character of UTF-8.
+  const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+  std::size_t length = kShown;
+  while (length > 0 && continues(name[length])) --length;
+  return name.substr(0, length) + "...";
+}
 
 std::size_t ChooseColumn(const std::vector<std::string>& names, std::string_view wanted) {
   const auto found = std::find(names.begin(), names.end(), wanted);
@@ -38,7 +48,7 @@ std::size_t ChooseColumn(const std::vector<std::string>& names, std::string_view
     if (other == names.end()) return index;
     throw FilterError("columns " + std::to_string(index + 1) + " and " +
                       std::to_string(other - names.begin() + 1) + " are both called \"" +
-                      std::string(wanted) + "\"; choose by number");
+                      ShortName(*found) + "\"; choose by number");
   }
   const auto number = AsNumber(wanted);
   if (number && *number >= 1 && *number <= names.size()) return *number - 1;

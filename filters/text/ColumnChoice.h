@@ -8,6 +8,9 @@
 
 namespace trovan::filters {
 
+// A name fit for a message: cut where it is very long. UTF-8.
+std::string ShortName(const std::string& name);
+
 // The index of the column `wanted`: its name, or, where no column has that name, its number,
 // counted from 1.
 //

@@ -9,6 +9,7 @@
 #include "filters/support/CodePageNames.h"
 #include "filters/support/FilterError.h"
 #include "filters/support/InputFile.h"
+#include "filters/text/ColumnChoice.h"
 #include "filters/text/TextSurvey.h"
 #include "filters/text/Utf8Check.h"
 
@@ -144,7 +145,7 @@ std::string ColumnsReader::PlaceOf(std::size_t column, std::size_t offset) const
   if (column < row.size()) line += LineFeeds(row[column].text.substr(0, offset));
   std::string place =
       name_ + ", line " + std::to_string(line) + ", column " + std::to_string(column + 1);
-  if (column < names_.size()) place += " (\"" + names_[column] + "\")";
+  if (column < names_.size()) place += " (\"" + ShortName(names_[column]) + "\")";
   return place + ": ";
 }
 

@@ -11,7 +11,6 @@ namespace {
 
 constexpr int kEnd = -1;
 constexpr std::string_view kLineEnds("\r\n\f\0", 4);
-constexpr long long kBytesBetweenReports = 256LL * 1024;
 constexpr long long kMiB = 1024LL * 1024;
 constexpr const char* kQuoteHint = " (--quote none reads quotes as ordinary characters)";
 
@@ -20,11 +19,6 @@ void RequireNoLineEnds(const std::string& characters) {
   throw FilterError(
       "carriage return, line feed, form feed and NUL end lines or are dropped: they cannot be "
       "delimiters, white space, quotes or the start of comments");
-}
-
-// A file may grow while it is read.
-double Fraction(long long part, long long whole) {
-  return part < whole ? static_cast<double>(part) / static_cast<double>(whole) : 1.0;
 }
 
 std::string SizeText(long long bytes) {
@@ -52,18 +46,7 @@ DelimitedReader::DelimitedReader(corvel::CBufferedFile& file, std::string name,
 }
 
 void DelimitedReader::ReportTo(corvel::IProgress& progress) {
-  length_ = std::min(file_.GetLength(), limits_.end);
-  nextReport_ = file_.GetPosition();
-  progress_ = &progress;
-}
-
-bool DelimitedReader::GoOn() {
-  if (progress_ == nullptr || stopped_) return !stopped_;
-  const long long position = file_.GetPosition();
-  if (position < nextReport_) return true;
-  nextReport_ = position + kBytesBetweenReports;
-  stopped_ = !progress_->Update(Fraction(position, length_));
-  return !stopped_;
+  progress_ = ReadProgress(&progress, std::min(file_.GetLength(), limits_.end));
 }
 
 void DelimitedReader::SkipLines(unsigned long long count) {
@@ -72,7 +55,7 @@ void DelimitedReader::SkipLines(unsigned long long count) {
 
 // Moves behind the next line feed; false when there is none.
 bool DelimitedReader::SkipLine() {
-  while (GoOn()) {
+  while (progress_.GoOn(file_)) {
     const auto bytes = file_.Buffered();
     const void* feed = bytes.empty() ? nullptr : std::memchr(bytes.data(), '\n', bytes.size());
     if (feed != nullptr) {
@@ -111,7 +94,7 @@ bool DelimitedReader::ReadRow() {
 // Goes to the first byte of the next row: past blank lines, comments and page breaks.
 bool DelimitedReader::FindRow() {
   file_.SetReadEnd(limits_.end);
-  while (GoOn()) {
+  while (progress_.GoOn(file_)) {
     const int byte = file_.Getc();
     if (byte == kEnd) return false;
     if (byte == '\n') {

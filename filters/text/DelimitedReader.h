@@ -21,6 +21,7 @@
 
 #include "filters/support/Problems.h"
 #include "filters/text/DelimitedFormat.h"
+#include "filters/text/ReadProgress.h"
 
 namespace trovan::filters {
 
@@ -60,7 +61,7 @@ class DelimitedReader {
   // Tells `progress` now and then how much of the file was read. Once it asks to stop, there are no
   // more rows. REQUIRES: the file is one on a disk.
   void ReportTo(corvel::IProgress& progress);
-  bool WasStopped() const { return stopped_; }
+  bool WasStopped() const { return progress_.WasStopped(); }
 
   // Skips whole lines, whatever they hold. REQUIRES: no row was read yet.
   void SkipLines(unsigned long long count);
@@ -90,7 +91,6 @@ class DelimitedReader {
 
   bool FindRow();
   bool SkipLine();
-  bool GoOn();
   int FirstInField();
   End ReadField();
   End ParseField();
@@ -123,11 +123,7 @@ class DelimitedReader {
   unsigned long long commentLines_ = 0;
   bool finished_ = false;
   Problems remarks_;
-
-  corvel::IProgress* progress_ = nullptr;
-  long long length_ = 0;      // of the file, when someone watches
-  long long nextReport_ = 0;  // a position
-  bool stopped_ = false;
+  ReadProgress progress_;
 };
 
 }  // namespace trovan::filters

@@ -9,6 +9,7 @@
 #include <corvel/Text.h>
 #include <trovan/TextHelpers.h>
 
+#include "filters/support/InputFile.h"
 #include "filters/text/DelimitedReader.h"
 #include "filters/text/RowStatistics.h"
 
@@ -36,7 +37,7 @@ std::string EncodingOf(const TextSurvey& survey, bool binary) {
     case ByteOrderMark::kNone:
       break;
   }
-  if (binary) return "binary";
+  if (binary) return "unknown";
   if (!survey.IsUtf8()) return "8-bit";
   if (survey.mark == ByteOrderMark::kUtf8) return "UTF-8 with BOM";
   return survey.nonAscii == 0 ? "ASCII" : "UTF-8";
@@ -57,12 +58,14 @@ bool HasWideCharacters(ByteOrderMark mark) {
 struct Reading {
   DelimitedFormat format;
   RowStatistics rows;
+  bool oddQuotes = false;  // as in TextReport
 };
 
 class Sniffer {
  public:
   Sniffer(const std::wstring& path, const SniffHints& hints)
       : hints_(hints), name_(corvel::Utf8FromWide(path)) {
+    RequireFile(path);
     file_.Open(path, "rb", corvel::kFileShareRead, false);
   }
 
@@ -75,6 +78,7 @@ class Sniffer {
     FindFirstRow();
     const Reading best = BestReading();
     report_.format = best.format;
+    report_.oddQuotes = best.oddQuotes;
     TellRows(best.rows);
     return report_;
   }
@@ -88,16 +92,25 @@ class Sniffer {
 
   // Counts the lines in front of the first row.
   void FindFirstRow() {
-    Rewind();
-    file_.SetReadEnd(kSampleBytes);
+    PassSkippedLines();
+    file_.SetReadEnd(sampleEnd_);
     std::string line;
     while (file_.ReadString(line)) {
       const bool isBlank = line.find_first_not_of("\r\f") == std::string::npos;
       const bool isComment = !isBlank && IsComment(line);
-      if (report_.leadingLines >= hints_.skipLines && !isBlank && !isComment) break;
+      if (!isBlank && !isComment) break;
       ++report_.leadingLines;
       if (isComment) ++report_.commentLines;
     }
+  }
+
+  // They may be longer than any sample, and than memory.
+  void PassSkippedLines() {
+    Rewind();
+    if (hints_.skipLines == 0) return;
+    DelimitedReader(file_, name_, {}).SkipLines(hints_.skipLines);
+    report_.leadingLines = hints_.skipLines;
+    sampleEnd_ = file_.GetPosition() + kSampleBytes;
   }
 
   // A '#' alone in front of a delimiter is the name of a column.
@@ -110,10 +123,10 @@ class Sniffer {
   Reading Read(const DelimitedFormat& format) {
     Rewind();
     ReadLimits limits;
-    limits.end = kSampleBytes;
+    limits.end = sampleEnd_;
     DelimitedReader reader(file_, name_, format, hints_.comment.value_or('\0'), limits);
     reader.SkipLines(report_.leadingLines);
-    Reading reading = {format, {}};
+    Reading reading = {format, {}, false};
     reading.rows.Take(reader, kSampleRows);
     return reading;
   }
@@ -139,7 +152,9 @@ class Sniffer {
       if (quotes == kQuotes.front()) anyFault = !HasCleanQuotes(reading.rows);
     }
     format.quotes = anyFault ? "" : kQuotes.front();
-    return Read(format);
+    Reading reading = Read(format);
+    reading.oddQuotes = anyFault;
+    return reading;
   }
 
   static DelimitedFormat SetApartBy(const std::string& delimiters) {
@@ -179,21 +194,30 @@ class Sniffer {
     const bool commasDelimit = report_.format.delimiters.find(',') != std::string::npos;
     report_.decimal = rows.Decimal(commasDelimit);
     report_.rows = rows.Rows();
-    report_.allRows = report_.survey.wholeFile && rows.TookAll();
+    const bool isCut = file_.GetLength() > sampleEnd_;
+    report_.allRows = !isCut && rows.TookAll();
     report_.columns = report_.delimited ? rows.ColumnsFrom(2) : rows.Columns();
     report_.rowsOfThatWidth = rows.RowsOf(report_.columns);
     report_.firstOtherLine = rows.FirstLineOtherThan(report_.columns);
     report_.header = rows.HasHeader();
     if (report_.header) report_.names = rows.FirstRow();
+    TellProblem(rows, isCut);
+  }
+
+  void TellProblem(const RowStatistics& rows, bool isCut) {
     report_.problem = rows.Error();
     if (report_.lineEnds == "CR") {
       report_.problem = name_ + ": all lines end with a carriage return alone, which ends no row";
+    } else if (isCut && rows.Rows() == 0 && report_.problem.empty()) {
+      report_.noWholeRow = true;
+      report_.problem = name_ + ": no row ends within 1 MiB: there is nothing to go by";
     }
   }
 
   const SniffHints& hints_;
   std::string name_;
   corvel::CBufferedFile file_;
+  long long sampleEnd_ = kSampleBytes;  // an offset in the file
   TextReport report_;
 };
 

@@ -17,7 +17,7 @@
 
 namespace trovan::filters {
 
-// How much of a file is looked at.
+// How much of a file is looked at, for rows from behind the lines to skip.
 inline constexpr long long kSampleBytes = 1024LL * 1024;
 inline constexpr unsigned long long kSampleRows = 1000;
 
@@ -31,13 +31,13 @@ struct SniffHints {
 
 struct TextReport {
   TextSurvey survey;     // of the sample
-  std::string encoding;  // "ASCII", "UTF-8", "UTF-8 with BOM", "UTF-16 LE", "8-bit", "binary", ...
+  std::string encoding;  // "ASCII", "UTF-8", "UTF-8 with BOM", "UTF-16 LE", "8-bit", "unknown", ...
   std::string lineEnds;  // "LF", "CR LF", "CR", "mixed" or "none"
 
   // Lines in front of the first row that are no rows: skipped ones, blank ones, and those that
   // start with '#'. DelimitedReader::SkipLines can pass them over.
   unsigned long long leadingLines = 0;
-  unsigned long long commentLines = 0;  // that start with '#'
+  unsigned long long commentLines = 0;  // that start with '#', skipped ones not counted
 
   unsigned long long rows = 0;  // of the sample
   std::size_t columns = 0;      // the commonest number of values
@@ -50,13 +50,17 @@ struct TextReport {
   char decimal = 0;      // '.', ',', or 0: no fractions were seen
   bool binary = false;   // the sample has a NUL byte; then there are no rows
   bool allRows = false;  // the file has no more of them
-  bool header = false;   // the first row holds the names
+  // The first row reaches beyond the sample: there was nothing to tell anything from.
+  bool noWholeRow = false;
+  // The format has no quotes because what starts with one often does not end with it.
+  bool oddQuotes = false;
+  bool header = false;  // the first row holds the names
   // At least half of the rows have one and the same number of values, two or more. If not, the
   // format takes each line as one value.
   bool delimited = false;
 };
 
-// Raises corvel::Exception when the file cannot be read, or is a pipe.
+// Raises FilterError for a device or a pipe, and corvel::Exception when the file cannot be read.
 TextReport SniffText(const std::wstring& path, const SniffHints& hints = {});
 
 }  // namespace trovan::filters

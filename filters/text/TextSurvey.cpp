@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "filters/text/ReadProgress.h"
 #include "filters/text/Utf8Check.h"
 
 namespace trovan::filters {
@@ -37,11 +38,6 @@ ByteOrderMark MarkOf(Bytes start) {
 
 long long Count(Bytes bytes, unsigned char byte) {
   return static_cast<long long>(std::count(bytes.begin(), bytes.end(), byte));
-}
-
-// A file may grow while it is read.
-double Fraction(long long part, long long whole) {
-  return part < whole ? static_cast<double>(part) / static_cast<double>(whole) : 1.0;
 }
 
 // Each test runs over the block on its own: simple loops that compilers make vector code of.
@@ -109,7 +105,7 @@ TextSurvey SurveyText(corvel::CBufferedFile& file, long long limit, corvel::IPro
     survey.Take({block.data(), got});
     at += static_cast<long long>(got);
     atEnd = got < wanted;
-    goOn = corvel::UpdateProgress(progress, Fraction(at, length));
+    goOn = corvel::UpdateProgress(progress, PartRead(at, length));
   }
   const bool wholeFile = atEnd || (goOn && file.Getc() < 0);
   file.Seek(0, corvel::kFileBegin);

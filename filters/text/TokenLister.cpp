@@ -3,13 +3,13 @@
 #include <corvel/Text.h>
 
 #include "filters/support/FilterError.h"
+#include "filters/support/InputFile.h"
 #include "filters/support/NumberText.h"
 
 namespace trovan::filters {
 namespace {
 
 constexpr int kEnd = -1;
-constexpr long long kBytesBetweenReports = 256LL * 1024;
 
 const char* Set(const std::optional<std::string>& characters) {
   if (characters->find('\0') != std::string::npos) {
@@ -22,25 +22,14 @@ const char* Set(const std::optional<std::string>& characters) {
 
 TokenLister::TokenLister(const std::wstring& path, const TokenOptions& options,
                          corvel::IProgress* progress)
-    : options_(options), progress_(progress) {
+    : options_(options) {
+  RequireFile(path);
   file_.Open(path, "rb", corvel::kFileShareRead, false);
   tokens_.SetSource(&file_);
   if (options_.whitespace) tokens_.SetWhitespace(Set(options_.whitespace));
   if (options_.delimiters) tokens_.SetDelimiters(Set(options_.delimiters));
   if (options_.quotes) tokens_.SetQuotes(Set(options_.quotes));
-  length_ = file_.GetLength();
-}
-
-bool TokenLister::GoOn() {
-  if (progress_ == nullptr || stopped_) return !stopped_;
-  const long long position = file_.GetPosition();
-  if (position < nextReport_) return true;
-  nextReport_ = position + kBytesBetweenReports;
-  // A file may grow while it is read.
-  const double part =
-      position < length_ ? static_cast<double>(position) / static_cast<double>(length_) : 1.0;
-  stopped_ = !progress_->Update(part);
-  return !stopped_;
+  progress_ = ReadProgress(progress, file_.GetLength());
 }
 
 bool TokenLister::IsWhitespace(int byte) const {
@@ -51,7 +40,7 @@ bool TokenLister::IsWhitespace(int byte) const {
 // from which its length counts.
 bool TokenLister::FindToken() {
   file_.SetReadEnd(corvel::CBufferedFile::kNoReadEnd);
-  while (GoOn()) {
+  while (progress_.GoOn(file_)) {
     const int byte = file_.Getc();
     if (byte == kEnd) return true;
     if (byte == '\n') {

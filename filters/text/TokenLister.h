@@ -14,6 +14,8 @@
 #include <corvel/Progress.h>
 #include <trovan/FileTokenizer.h>
 
+#include "filters/text/ReadProgress.h"
+
 namespace trovan::filters {
 
 // Which of the tokenizer's ways of reading is used. Quotes are honoured for texts only.
@@ -41,8 +43,9 @@ struct ListedToken {
 
 class TokenLister {
  public:
-  // Raises FilterError when a set holds a NUL byte, and corvel::Exception when the file cannot be
-  // opened. `progress` may be null; once it asks to stop, there are no more tokens.
+  // Raises FilterError when a set holds a NUL byte and for a device or a pipe, and
+  // corvel::Exception when the file cannot be opened. `progress` may be null; once it asks to stop,
+  // there are no more tokens.
   TokenLister(const std::wstring& path, const TokenOptions& options,
               corvel::IProgress* progress = nullptr);
 
@@ -50,13 +53,12 @@ class TokenLister {
   //
   // Raises FilterError, naming the line, for a token beyond the limit.
   bool Next();
-  bool WasStopped() const { return stopped_; }
+  bool WasStopped() const { return progress_.WasStopped(); }
 
   const ListedToken& Token() const { return token_; }
 
  private:
   bool FindToken();
-  bool GoOn();
   bool IsWhitespace(int byte) const;
   void ParseToken(long long start);
   CFileTokenizer::Status ParseValue();
@@ -68,11 +70,7 @@ class TokenLister {
   ListedToken token_;
   unsigned long long line_ = 1;  // of the next byte
   bool finished_ = false;
-
-  corvel::IProgress* progress_;
-  long long length_ = 0;
-  long long nextReport_ = 0;  // a position
-  bool stopped_ = false;
+  ReadProgress progress_;
 };
 
 // "TOKEN_OK" and its like.

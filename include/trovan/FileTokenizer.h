@@ -149,6 +149,9 @@ class TROVAN_API CFileTokenizer {
   Status ParseText(Text& token, bool useQuotes);
   template <class Text>
   bool ParseBuffered(Text& token, bool useQuotes);
+  bool ParseBufferedNumber(double& value);
+  std::size_t FindLast(std::span<const unsigned char> bytes, std::size_t length) const;
+  void TakePlain(unsigned char last, std::size_t count);
   template <class Text>
   Status ParsePlain(Text& token, char first);
   template <class Text>
@@ -175,6 +178,7 @@ class TROVAN_API CFileTokenizer {
   std::array<unsigned char, 256> classes_{};  // of each byte
   RunEnds plainEnds_{};                       // outside quotes
   RunEnds quotedEnds_{};
+  bool numbersAreOrdinary_ = true;  // the characters of decimal numbers are in none of the sets
 };
 
 }  // namespace trovan

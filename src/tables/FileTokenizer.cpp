@@ -1,6 +1,8 @@
 #include <trovan/FileTokenizer.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <string_view>
 #include <utility>
 
 #include "NumberToken.h"
@@ -98,6 +100,9 @@ void CFileTokenizer::NoteClasses() {
   note(kNul, kDropped);
   plainEnds_ = EndsOf(kWhitespace | kDelimiter | kLineEnd | kDropped);
   quotedEnds_ = EndsOf(kQuote | kLineEnd | kDropped);
+  const std::string_view ofNumbers = "+-.0123456789Ee";
+  numbersAreOrdinary_ = std::none_of(ofNumbers.begin(), ofNumbers.end(),
+                                     [this](char c) { return Is(plainEnds_.classes, c); });
 }
 
 CFileTokenizer::RunEnds CFileTokenizer::EndsOf(unsigned classes) const {
@@ -158,24 +163,54 @@ bool CFileTokenizer::ParseBuffered(Text& token, bool useQuotes) {
   const unsigned notFirst = plainEnds_.classes | (useQuotes ? unsigned{kQuote} : 0U);
   if ((classes_[bytes[0]] & notFirst) != 0) return false;
   const std::size_t length = FindEnd(bytes, 1, plainEnds_);
-  std::size_t at = length;
+  const std::size_t last = FindLast(bytes, length);
+  if (last == bytes.size()) return false;
+  token.assign(reinterpret_cast<const char*>(bytes.data()), length);
+  TakePlain(bytes[last], last + 1);
+  return true;
+}
+
+// The same for a token that is a number from its first character to its last.
+bool CFileTokenizer::ParseBufferedNumber(double& value) {
+  const auto bytes = source_->Buffered();
+  if (!numbersAreOrdinary_ || bytes.empty()) return false;
+  double number = 0.0;
+  const std::size_t length =
+      ReadPlainNumber(reinterpret_cast<const char*>(bytes.data()), bytes.size(), number);
+  if (length == 0) return false;
+  const std::size_t last = FindLast(bytes, length);
+  if (last == bytes.size()) return false;
+  value = number;
+  TakePlain(bytes[last], last + 1);
+  return true;
+}
+
+// The place of the character that ends a plain token of this length at the start of `bytes`, or of
+// the one behind its white space. The number of bytes where the token goes on, or only the long
+// road can tell.
+std::size_t CFileTokenizer::FindLast(std::span<const unsigned char> bytes,
+                                     std::size_t length) const {
   // Of what is skipped behind a token, line feeds would have to be counted. A carriage return is
   // not even white space, whatever the set holds.
   bool isAfterWhitespace = false;
+  std::size_t at = length;
   for (; at < bytes.size() && bytes[at] != kLineFeed; ++at) {
     if (bytes[at] == kCarriageReturn) continue;
     if ((classes_[bytes[at]] & kWhitespace) == 0) break;
     isAfterWhitespace = true;
   }
-  if (at == bytes.size()) return false;
+  if (at == bytes.size()) return at;
   const auto next = static_cast<char>(bytes[at]);
-  if (IsWhitespace(next) || (!IsDelimiter(next) && !isAfterWhitespace)) return false;
-  token.assign(reinterpret_cast<const char*>(bytes.data()), length);
-  source_->SkipBuffered(at + 1);
+  const bool isEnd = !IsWhitespace(next) && (IsDelimiter(next) || isAfterWhitespace);
+  return isEnd ? at : bytes.size();
+}
+
+// Takes a plain token of `count` bytes out of the buffer, with what ends it: `last`.
+void CFileTokenizer::TakePlain(unsigned char last, std::size_t count) {
+  source_->SkipBuffered(count);
   lastTokenQuoted_ = false;
-  if (next == kLineFeed) ++numLinesParsed_;
-  EndPlain(next);
-  return true;
+  if (last == kLineFeed) ++numLinesParsed_;
+  EndPlain(static_cast<char>(last));
 }
 
 template <class Text>
@@ -222,6 +257,7 @@ CFileTokenizer::Status CFileTokenizer::ParseQuoted(Text& token, char quote) {
 template <class Text>
 void CFileTokenizer::TakeRun(Text& token, const RunEnds& ends) {
   const auto bytes = source_->Buffered();
+  if (bytes.empty()) return;  // then it has no address that could be copied from
   const std::size_t length = FindEnd(bytes, 0, ends);
   token.append(reinterpret_cast<const char*>(bytes.data()), length);
   source_->SkipBuffered(length);
@@ -258,6 +294,7 @@ CFileTokenizer::Status CFileTokenizer::Parse(int& value) {
 }
 
 CFileTokenizer::Status CFileTokenizer::Parse(double& value) {
+  if (ParseBufferedNumber(value)) return TOKEN_OK;
   NumberToken token;
   const Status status = ParseText(token, false);
   if (status != TOKEN_OK) return status;

@@ -32,6 +32,24 @@ wchar_t UserDecimal() {
   return corvel::Singleton<corvel::CSystemInfo>::Instance().DefDecimalChar();
 }
 
+struct Exchange {
+  wchar_t from;
+  wchar_t to;
+};
+
+// The separators of a list are looked at first, so that a comma is one of them before it is a
+// decimal character, and what was just put in is not exchanged again.
+std::wstring Exchanged(std::wstring text, const Exchange& separator, const Exchange& decimal) {
+  for (wchar_t& c : text) {
+    if (c == separator.from) {
+      c = separator.to;
+    } else if (c == decimal.from) {
+      c = decimal.to;
+    }
+  }
+  return text;
+}
+
 template <typename Char>
 std::basic_string<Char> ReplaceEachOf(std::basic_string<Char> text,
                                       std::basic_string_view<Char> characters, Char replacement) {
@@ -60,35 +78,14 @@ std::vector<unsigned char> ReadBytesAtBeginningOfFile(const std::wstring& path, 
   return ReadBeginning<unsigned char>(path, count);
 }
 
-// In both directions the lists' separators are looked at first, so that a comma that has just been
-// made is not taken for the other kind.
-
 std::wstring ConvertNumericToAppLocale(const std::wstring& text) {
   const wchar_t decimal = UserDecimal();
-  if (decimal == L'.') return text;
-  std::wstring converted = text;
-  for (wchar_t& c : converted) {
-    if (c == L',') {
-      c = L';';
-    } else if (c == L'.') {
-      c = decimal;
-    }
-  }
-  return converted;
+  return decimal == L'.' ? text : Exchanged(text, {L',', L';'}, {L'.', decimal});
 }
 
 std::wstring ConvertNumericFromAppLocale(const std::wstring& text) {
   const wchar_t decimal = UserDecimal();
-  if (decimal == L'.') return text;
-  std::wstring converted = text;
-  for (wchar_t& c : converted) {
-    if (c == L';') {
-      c = L',';
-    } else if (c == decimal) {
-      c = L'.';
-    }
-  }
-  return converted;
+  return decimal == L'.' ? text : Exchanged(text, {L';', L','}, {decimal, L'.'});
 }
 
 std::string ReplaceCertainCharsInString(const std::string& text, const char* chars,

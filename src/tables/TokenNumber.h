@@ -15,4 +15,9 @@ namespace trovan {
 bool ReadNumber(const char* text, std::size_t length, int& value);
 bool ReadNumber(const char* text, std::size_t length, double& value);
 
+// Reads a decimal number as strtod does and returns its length; 0, and no value, where strtod would
+// not have to find the same: it is another kind of number or too large or small, or the locale or
+// the rounding mode is another. Only `text[0, size)` is looked at.
+std::size_t ReadPlainNumber(const char* text, std::size_t size, double& value);
+
 }  // namespace trovan

@@ -86,7 +86,7 @@ TEST_F(FileTokenizerNumberTest, LeavesTheValueAtEmptyFieldsAndAtTheEnd) {
   } cases[] = {
       {",1", CFileTokenizer::TOKEN_EMPTY}, {"\f1", CFileTokenizer::TOKEN_EMPTY},
       {"", CFileTokenizer::TOKEN_EOF},     {"12", CFileTokenizer::TOKEN_EOF},
-      {"12 ", CFileTokenizer::TOKEN_EOF},
+      {"12 ", CFileTokenizer::TOKEN_EOF},  {"1", CFileTokenizer::TOKEN_EOF},
   };
   for (const auto& c : cases) {
     int integer = -77;

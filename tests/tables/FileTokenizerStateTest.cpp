@@ -4,11 +4,9 @@
 #include <type_traits>
 #include <utility>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <corvel/BufferedFile.h>
-#include <corvel/Exception.h>
 #include <trovan/FileTokenizer.h>
 
 #include "tables/FileTokenizerFixture.h"
@@ -17,8 +15,6 @@ namespace trovan::test {
 namespace {
 
 using corvel::CBufferedFile;
-using testing::HasSubstr;
-using testing::ThrowsMessage;
 
 void ExpectDefaultSets(const CFileTokenizer& tokens) {
   EXPECT_EQ(tokens.GetWhitespace(), " \t");
@@ -347,48 +343,6 @@ TEST_F(FileTokenizerTest, ReadsCharactersWithoutCarriageReturnsAndCountsLines) {
   EXPECT_EQ(tokens.GetNumLinesParsed(), 1U);
   EXPECT_FALSE(tokens.GetNextChar(c));
   EXPECT_TRUE(tokens.EndOfFile());
-}
-
-// Sources that fail.
-
-class FileTokenizerFailureTest : public FileTokenizerTest {
- protected:
-  // Each way to read raises what the source does.
-  void ExpectEachCallRaises(const char* reason) {
-    const auto saysWhy = ThrowsMessage<corvel::Exception>(HasSubstr(reason));
-    tokens_.SetSource(&file_);
-    std::string token;
-    int number = 5;
-    double real = 5;
-    bool flag = true;
-    EXPECT_THAT([&] { tokens_.Parse(token, false); }, saysWhy);
-    EXPECT_THAT([&] { tokens_.Parse(token, true); }, saysWhy);
-    EXPECT_THAT([&] { tokens_.Parse(number); }, saysWhy);
-    EXPECT_THAT([&] { tokens_.Parse(real); }, saysWhy);
-    EXPECT_THAT([&] { tokens_.Parse(flag); }, saysWhy);
-    EXPECT_EQ(number, 5);
-    EXPECT_EQ(real, 5);
-    EXPECT_TRUE(flag);
-    ExpectNothingParsed(tokens_);
-  }
-};
-
-TEST_F(FileTokenizerFailureTest, RaisesWhatAClosedFileDoes) {
-  ExpectEachCallRaises("not open");
-  EXPECT_THROW(static_cast<void>(tokens_.GetFilePosition()), corvel::Exception);
-  EXPECT_FALSE(tokens_.EndOfFile());
-}
-
-TEST_F(FileTokenizerFailureTest, RaisesWhatAFileForWritingDoes) {
-  file_.Open(folder_.File(L"text.txt"), "wb", corvel::kFileShareRead, false);
-  file_.Write("a,b", 3);
-  file_.Seek(0, corvel::kFileBegin);
-  ExpectEachCallRaises("writing only");
-}
-
-TEST_F(FileTokenizerFailureTest, RaisesWhatAReadErrorDoes) {
-  file_.Open(L"/proc/self/mem", "rb", corvel::kFileShareRead, false);
-  ExpectEachCallRaises("Input/output error");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Real numbers beside those of strtod, bit for bit, in every locale and rounding mode.
 #include <bit>
 #include <cfenv>
+#include <clocale>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -149,6 +150,24 @@ TEST_F(FileTokenizerStrtodTest, ReadsEachNumberInTheLocaleOfTheMoment) {
   }
   tokens_.Parse(value);
   EXPECT_EQ(value, 1);
+}
+
+// A locale that is one thread's alone goes before that of the program.
+TEST_F(FileTokenizerStrtodTest, ReadsEachNumberInTheLocaleOfTheThread) {
+  const MadeLocales locales;
+  locales.Make("thread", "ISO-8859-1", ",");
+  const locale_t comma = ::newlocale(LC_NUMERIC_MASK, "thread", nullptr);
+  ASSERT_NE(comma, nullptr);
+  tokens_.SetDelimiters(";");
+  Open("1,5;1.5;");
+  double value = 0;
+  const locale_t before = ::uselocale(comma);
+  tokens_.Parse(value);
+  ::uselocale(before);
+  ::freelocale(comma);
+  EXPECT_EQ(value, 1.5);
+  tokens_.Parse(value);
+  EXPECT_EQ(value, 1.5);
 }
 
 class ScopedRounding {

@@ -142,6 +142,31 @@ TEST_F(FileTokenizerTest, PushesBackBytesOfEveryValue) {
   }
 }
 
+// Runs of more bytes than a word has, and sets of few and of many members.
+TEST_F(FileTokenizerTest, TakesEachByteIntoEachSet) {
+  for (int byte = 1; byte < 256; ++byte) {
+    const std::string c(1, static_cast<char>(byte));
+    if (std::string_view(" \t,\r\n\f").find(c) != std::string_view::npos) continue;
+    const std::string run(11, c == "x" ? 'y' : 'x');
+    for (const std::string others : {"", "!", "!~", "\xFF!~"}) {
+      SCOPED_TRACE(testing::Message() << byte << " and " << others.size() << " others");
+      const std::string set = others + c;
+      Open(run + c + run + c + "\n" + run + c + run + "," + c + run + c + c + run + c + ",");
+      tokens_.SetDelimiters(set.c_str());
+      EXPECT_EQ(Next(), run + "|" + c);
+      EXPECT_EQ(Next(), run + "|" + c);
+      tokens_.SetDefaults();
+      tokens_.SetWhitespace(set.c_str());
+      EXPECT_EQ(Next(), run + "|\n");
+      EXPECT_EQ(Next(), run + "|,");
+      tokens_.SetDefaults();
+      tokens_.SetQuotes(set.c_str());
+      EXPECT_EQ(Next(true), run + c + run + "|,");
+      tokens_.SetDefaults();
+    }
+  }
+}
+
 // Quotes.
 
 TEST_F(FileTokenizerTest, TakesAnythingBetweenQuotes) {

@@ -1,10 +1,5 @@
-// Tables that other programs wrote, with values that were worked out by other means. They lie in
-// the folder that the build names as TROVAN_TEST_DATA, outside the project; without it these tests
-// skip.
-#include <algorithm>
-#include <cctype>
+// Tables that other programs wrote. Without the folder of them these tests skip.
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <random>
 #include <string>
@@ -20,21 +15,13 @@
 #include "support/Sha256.h"
 #include "support/TempFolder.h"
 #include "tables/DBFReaderModel.h"
+#include "tables/RealFiles.h"
 
 namespace trovan::test {
 namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
-
-fs::path DataFolder() { return TROVAN_TEST_DATA; }
-
-// What the file of expected values of one part of the folder says; nothing if it is not there.
-json Expectations(const char* part) {
-  const fs::path path = DataFolder() / part / "expected.json";
-  if (!fs::exists(path)) return json::object();
-  return json::parse(std::ifstream(path));
-}
 
 const json& ExpectedTables() {
   static const json expected = Expectations("dbf");
@@ -46,33 +33,8 @@ const json& ExpectedMemos() {
   return expected;
 }
 
-// The keys, or one that stands for them all, so that a test is there to be seen skipping.
-constexpr const char* kNoData = "no data";
-
-std::vector<std::string> Keys(const json& expected) {
-  std::vector<std::string> keys;
-  for (const auto& item : expected.items()) keys.push_back(item.key());
-  if (keys.empty()) keys.emplace_back(kNoData);
-  return keys;
-}
-
-std::string TestName(const testing::TestParamInfo<std::string>& info) {
-  std::string name = info.param;
-  std::replace_if(
-      name.begin(), name.end(),
-      [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0; }, '_');
-  return name;
-}
-
-class RealFileTest : public testing::TestWithParam<std::string> {
+class RealTableFileTest : public RealFileTest {
  protected:
-  void SetUp() override {
-    if (GetParam() == kNoData) {
-      GTEST_SKIP() << "There are no tables in " << DataFolder()
-                   << ": set the CMake variable TROVAN_TEST_DATA to a folder that has them.";
-    }
-  }
-
   // The model of the table together with the memo file that the reader finds beside it.
   static DBFReaderModel ModelOf(fs::path table) {
     const std::string bytes = ReadBytes(table);
@@ -92,7 +54,7 @@ class RealFileTest : public testing::TestWithParam<std::string> {
   CDBFReader reader_;
 };
 
-class RealTableTest : public RealFileTest {
+class RealTableTest : public RealTableFileTest {
  protected:
   fs::path Table() const { return DataFolder() / GetParam(); }
   const json& Expected() const { return ExpectedTables().at(GetParam()); }
@@ -173,7 +135,7 @@ TEST_P(RealTableTest, IsCheckedAsTheModelDoes) {
             ModelCheck(ReadBytes(Table())));
 }
 
-class RealMemoTest : public RealFileTest {
+class RealMemoTest : public RealTableFileTest {
  protected:
   const json& Expected() const { return ExpectedMemos().at(GetParam()); }
 

@@ -1,10 +1,6 @@
-// Texts that other programs wrote, with numbers that were worked out by other means. They lie in
-// the folder that the build names as TROVAN_TEST_DATA, outside the project; without it these tests
-// skip.
+// Texts that other programs wrote. Without the folder of them these tests skip.
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
-#include <fstream>
 #include <random>
 #include <string>
 #include <utility>
@@ -23,6 +19,7 @@
 #include "support/Sha256.h"
 #include "support/TempFolder.h"
 #include "tables/FileTokenizerModel.h"
+#include "tables/RealFiles.h"
 
 namespace trovan::test {
 namespace {
@@ -30,41 +27,16 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-fs::path DataFolder() { return TROVAN_TEST_DATA; }
-
 const json& Expected() {
-  static const json expected = [] {
-    const fs::path path = DataFolder() / "text" / "expected.json";
-    return fs::exists(path) ? json::parse(std::ifstream(path)) : json::object();
-  }();
+  static const json expected = Expectations("text");
   return expected;
 }
 
-// The texts, or one name that stands for them all, so that a test is there to be seen skipping.
-constexpr const char* kNoData = "no data";
-
-std::vector<std::string> Texts() {
-  std::vector<std::string> texts;
-  for (const auto& item : Expected().items()) texts.push_back(item.key());
-  if (texts.empty()) texts.emplace_back(kNoData);
-  return texts;
-}
-
-std::string TestName(const testing::TestParamInfo<std::string>& info) {
-  std::string name = info.param;
-  std::replace_if(
-      name.begin(), name.end(),
-      [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0; }, '_');
-  return name;
-}
-
-class RealTextTest : public testing::TestWithParam<std::string> {
+class RealTextTest : public RealFileTest {
  protected:
   void SetUp() override {
-    if (GetParam() == kNoData) {
-      GTEST_SKIP() << "There are no texts in " << DataFolder()
-                   << ": set the CMake variable TROVAN_TEST_DATA to a folder that has them.";
-    }
+    RealFileTest::SetUp();
+    if (IsSkipped()) return;
     bytes_ = ReadBytes(DataFolder() / GetParam());
     file_.Open(corvel::PathFromSystem((DataFolder() / GetParam()).string()), "rb",
                corvel::kFileShareRead, false);
@@ -75,7 +47,7 @@ class RealTextTest : public testing::TestWithParam<std::string> {
   std::string bytes_;
   corvel::CBufferedFile file_;
 };
-INSTANTIATE_TEST_SUITE_P(Data, RealTextTest, testing::ValuesIn(Texts()), TestName);
+INSTANTIATE_TEST_SUITE_P(Data, RealTextTest, testing::ValuesIn(Keys(Expected())), TestName);
 
 TEST_P(RealTextTest, AgreesWithTheModelWithEveryKindOfSets) {
   const FileTokenizerModel::Sets kinds[] = {

@@ -149,6 +149,8 @@ TEST_F(TextColumnsCommandTest, WarnsOfWhatIsNotAsItShouldBe) {
        "line 2, column 1: text follows the closing "
        "quote\n"},
       {"# ours\na,b\n1,2\n", {}, "1 line at the start with '#' in front: skipped; --comment none"},
+      {"# ours\n# mine\na,b\n1,2\n", {"--skip-lines", "1"}, "1 line at the start with '#'"},
+      {"a,b\n1,\"x\n2,y\n", {}, "quotes are read as ordinary characters; --quote '\"'"},
   };
   for (const auto& c : cases) {
     std::vector<std::string> arguments = {Save("t.csv", c.text)};
@@ -158,6 +160,23 @@ TEST_F(TextColumnsCommandTest, WarnsOfWhatIsNotAsItShouldBe) {
     EXPECT_THAT(outcome.errors, HasSubstr(c.warning));
     EXPECT_THAT(outcome.errors, HasSubstr(Path("t.csv")));
   }
+}
+
+TEST_F(TextColumnsCommandTest, AsksHowToReadRowsThatAreLongerThanItsSample) {
+  const std::string file = Save("t.csv", "a," + std::string(1024 * 1024, 'x') + "\n1,2\n");
+  const std::vector<std::vector<std::string>> tooLittle = {
+      {file}, {file, "--delimiter", ","}, {file, "--header"}};
+  for (const auto& arguments : tooLittle) {
+    const Outcome outcome = Columns(arguments);
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_THAT(outcome.errors, AllOf(HasSubstr("t.csv: no row ends within 1 MiB"),
+                                      HasSubstr("--header or --no-header")));
+  }
+  const std::vector<std::string> enough = {file, "--delimiter", ",", "--header", "--columns", "a"};
+  const Outcome outcome = Columns(enough);
+  EXPECT_EQ(outcome.output, "a\r\n1\r\n");
+  EXPECT_EQ(outcome.code, 0) << outcome.errors;
 }
 
 TEST_F(TextColumnsCommandTest, FailsOnABadNumber) {

@@ -4,12 +4,13 @@
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "Process.h"
-#include "support/TempFolder.h"
+#include "TextCommandFixture.h"
 
 namespace trovan::test {
 namespace {
@@ -19,22 +20,13 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-class TextCommandTest : public testing::Test {
+class TextCommandTest : public TextCommandFixture {
  protected:
-  // Makes a file and gives its path as an argument.
-  std::string Save(const std::string& name, const std::string& bytes) const {
-    WriteBytes(folder_.Path() / name, bytes);
-    return Path(name);
-  }
-  std::string Path(const std::string& name) const { return (folder_.Path() / name).string(); }
-
   static Outcome Run(const std::vector<std::string>& arguments) {
     std::vector<std::string> all = {"text"};
     all.insert(all.end(), arguments.begin(), arguments.end());
     return RunTrovan(all);
   }
-
-  TempFolder folder_;
 };
 
 TEST_F(TextCommandTest, ExplainsItself) {
@@ -90,6 +82,7 @@ TEST_F(TextCommandTest, SniffTellsWhatATextFileIs) {
   EXPECT_EQ(outcome.errors, "");
   EXPECT_EQ(outcome.output, file +
                                 "\n"
+                                "  Kind           text\n"
                                 "  Encoding       ASCII\n"
                                 "  Line ends      LF\n"
                                 "  Delimiter      ;\n"
@@ -112,7 +105,9 @@ TEST_F(TextCommandTest, SniffNamesWhatCannotBeShown) {
   EXPECT_THAT(Run({"sniff", Save("c.txt", "a\nb\r\nc\rd\n")}).output,
               HasSubstr("mixed: 2 LF, 1 CR LF, 1 CR\n"));
   EXPECT_THAT(Run({"sniff", Save("d.bin", std::string("a,b\n\0", 5))}).output,
-              AllOf(HasSubstr("binary (first NUL byte at 4)"), Not(HasSubstr("Rows"))));
+              AllOf(HasSubstr("Kind           binary (first NUL byte at 4)\n"),
+                    HasSubstr("Encoding       unknown\n"), Not(HasSubstr("Line ends")),
+                    Not(HasSubstr("Rows"))));
 }
 
 TEST_F(TextCommandTest, SniffAsJson) {
@@ -151,6 +146,27 @@ TEST_F(TextCommandTest, SniffGoesOnBehindFilesThatItCannotRead) {
   const auto lineEnd = asJson.output.find('\n');
   EXPECT_EQ(json::parse(asJson.output.substr(0, lineEnd))["file"], first);
   EXPECT_EQ(json::parse(asJson.output.substr(lineEnd))["file"], last);
+}
+
+TEST_F(TextCommandTest, SaysThatAPipeIsNoFile) {
+  const std::string pipe = Path("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const std::string last = Save("b.csv", "a;b\n1;2\n");
+  const Outcome sniffed = Run({"sniff", pipe, last});
+  EXPECT_EQ(sniffed.code, 1);
+  EXPECT_EQ(sniffed.errors, "trovan: " + pipe + ": this is a device or a pipe, no file\n");
+  EXPECT_THAT(sniffed.output, StartsWith(last + "\n"));
+  const Outcome listed = Run({"tokens", pipe});
+  EXPECT_EQ(listed.code, 1);
+  EXPECT_EQ(listed.errors, "trovan: " + pipe + ": this is a device or a pipe, no file\n");
+}
+
+TEST_F(TextCommandTest, SniffNamesQuotesThatDoNotFit) {
+  const std::string file = Save("a.csv", "a,b\n1,\"x\n2,y\n");
+  EXPECT_THAT(Run({"sniff", file}).output, HasSubstr("Quote          none: what starts with \""));
+  const json report = json::parse(Run({"sniff", file, "--format", "json"}).output);
+  EXPECT_EQ(report["quote"], nullptr);
+  EXPECT_EQ(report["odd_quotes"], true);
 }
 
 TEST_F(TextCommandTest, SniffTakesLittleMemoryForALargeFile) {

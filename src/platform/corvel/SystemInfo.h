@@ -51,8 +51,8 @@ class CORVEL_API CSystemInfo {
 template <>
 CORVEL_API CSystemInfo& Singleton<CSystemInfo>::Instance();
 
-// Whether numbers have a point before their decimals in the C library's current locale (setlocale),
-// which strtod and printf go by.
+// Whether numbers have a point before their decimals in the C library's current locale (setlocale,
+// uselocale), which strtod and printf go by.
 CORVEL_API bool LocaleDecimalIsPoint();
 
 }  // namespace corvel

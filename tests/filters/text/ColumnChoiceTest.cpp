@@ -55,6 +55,18 @@ TEST(ColumnChoice, RefusesANameOfSeveralColumns) {
   EXPECT_EQ(ChooseColumn({"x", "a", "b", "a", "a"}, "4"), 3U);
 }
 
+TEST(ColumnChoice, CutsVeryLongNamesInMessages) {
+  const std::string sixty(60, 'n');
+  EXPECT_EQ(ShortName(sixty), sixty);
+  EXPECT_EQ(ShortName(sixty + "n"), sixty + "...");
+  const std::string umlaut = std::string(59, 'n') + "\u00F6";  // of two bytes
+  EXPECT_EQ(ShortName(umlaut), std::string(59, 'n') + "...");
+  const std::string novel(100000, 'n');
+  EXPECT_EQ(Refusal({novel}, "b"), "there is no column \"b\"; there are: " + sixty + "...");
+  EXPECT_EQ(Refusal({novel, novel}, novel),
+            "columns 1 and 2 are both called \"" + sixty + "...\"; choose by number");
+}
+
 TEST(ColumnChoice, KeepsTheOrderOfAList) {
   EXPECT_THAT(ChooseColumns({"x", "y", "z"}, {"z", "1", "x"}), ElementsAre(2, 0, 0));
   EXPECT_THAT(ChooseColumns({"x"}, {}), IsEmpty());

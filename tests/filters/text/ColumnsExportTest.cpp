@@ -105,7 +105,7 @@ TEST_F(ColumnsExportTest, SkipsLinesAndComments) {
   EXPECT_EQ(Csv(), "a,b\r\n1,2\r\n");
 }
 
-// --- Numbers -------------------------------------------------------------------------------------
+// --- Numbers ------------------------------------------------------------------------------------
 
 TEST_F(ColumnsExportTest, KeepsTheDigitsOfNumbers) {
   Save("n,t\n1.50,1.50\n +007.e1\t,x\n12345678901234567890.10,\n\"-.5\",\n,\n \t ,\n");
@@ -172,7 +172,7 @@ TEST_F(ColumnsExportTest, LeavesBadRowsOutWhenToldToKeepGoing) {
   EXPECT_EQ(Csv(), "t,n\r\ny,0\r\ny,1\r\n");
 }
 
-// --- Text ----------------------------------------------------------------------------------------
+// --- Text ---------------------------------------------------------------------------------------
 
 TEST_F(ColumnsExportTest, SkipsAByteOrderMarkOfUtf8) {
   Save("\xEF\xBB\xBF\"a\",b\n1,2\n");
@@ -260,8 +260,7 @@ TEST_F(ColumnsExportTest, NamesTheLineOfAQuoteThatIsNeverClosed) {
   EXPECT_THAT(Refusal(), StartsWith("t.csv, line 3, column 2: the quote that opens here"));
 }
 
-// --- Files, and the way there
-// ----------------------------------------------------------------------
+// --- Files, and the way there -------------------------------------------------------------------
 
 TEST_F(ColumnsExportTest, RefusesWhatIsNoFile) {
   EXPECT_THROW(Csv(), corvel::Exception);

@@ -16,6 +16,7 @@
 #include "TextFixture.h"
 #include "filters/text/TextSniffer.h"
 #include "filters/text/TokenLister.h"
+#include "support/Latin1.h"
 #include "support/Sha256.h"
 
 namespace trovan::test {
@@ -69,21 +70,6 @@ class RealText : public testing::Test {
   // values apart, so each of its rows is a quoted text and more.
   static std::uint64_t QuoteFaults(const std::string& name) {
     return name == "text/plotly/mpg_2017.txt" ? 235 : 0;
-  }
-
-  // Each byte as the character of the same number.
-  static std::string Utf8FromLatin1(std::string_view bytes) {
-    std::string text;
-    for (const char c : bytes) {
-      const auto byte = static_cast<unsigned char>(c);
-      if (byte < 0x80) {
-        text += c;
-      } else {
-        text += static_cast<char>(0xC0 | byte >> 6);
-        text += static_cast<char>(0x80 | (byte & 0x3F));
-      }
-    }
-    return text;
   }
 };
 

@@ -40,7 +40,7 @@ TEST_F(TextSnifferTest, TellsTheEncoding) {
       {"\xEF\xBB\xBF"
        "a,\xE9\n",
        "8-bit", false},
-      {std::string("a\0b", 3), "binary", true},
+      {std::string("a\0b", 3), "unknown", true},
       {std::string("\xFF\xFE"
                    "a\0",
                    4),
@@ -225,6 +225,42 @@ TEST_F(TextSnifferTest, TellsWhyRowsEndEarly) {
   EXPECT_EQ(report.rows, 1U);
   EXPECT_FALSE(report.allRows);
   EXPECT_THAT(report.problem, HasSubstr("towns.csv, line 2, column 2: the quote"));
+}
+
+TEST_F(TextSnifferTest, TellsThatQuotesDoNotFit) {
+  EXPECT_TRUE(Sniff("a,b\n1,\"x\n2,y\n").oddQuotes);
+  EXPECT_TRUE(Sniff("\"one\"of;many\n").oddQuotes);
+  EXPECT_FALSE(Sniff("a,b\n1,\"x\"\n2,y\n").oddQuotes);
+  EXPECT_FALSE(Sniff("a,b\n1,x 7\"\n2,y\n").oddQuotes);
+  SniffHints hints;
+  hints.quotes = "";
+  EXPECT_FALSE(Sniff("a,b\n1,\"x\n2,y\n", hints).oddQuotes);
+}
+
+TEST_F(TextSnifferTest, TellsThatNoRowIsInTheSample) {
+  const std::string wide(1024 * 1024, 'x');
+  const TextReport report = Sniff("a," + wide + "\n1,2\n");
+  EXPECT_TRUE(report.noWholeRow);
+  EXPECT_EQ(report.rows, 0U);
+  EXPECT_THAT(report.problem, HasSubstr("towns.csv: no row ends within 1 MiB"));
+  EXPECT_FALSE(Sniff("a,b\n1," + wide).noWholeRow);
+  EXPECT_FALSE(Sniff("").noWholeRow);
+}
+
+TEST_F(TextSnifferTest, TakesItsSampleBehindTheLinesToSkip) {
+  SniffHints hints;
+  hints.skipLines = 2;
+  const std::string preamble = "#" + std::string(3 * 1024 * 1024, 'x') + "\n#\n";
+  const TextReport report = Sniff(preamble + "# of ours\na;b\n1,5;2\n1;2;3\n", hints);
+  EXPECT_EQ(report.format.delimiters, ";");
+  EXPECT_EQ(report.decimal, ',');
+  EXPECT_THAT(report.names, ElementsAre("a", "b"));
+  EXPECT_EQ(report.rows, 3U);
+  EXPECT_TRUE(report.allRows);
+  EXPECT_EQ(report.leadingLines, 3U);
+  EXPECT_EQ(report.commentLines, 1U);
+  EXPECT_EQ(report.firstOtherLine, 6U);
+  EXPECT_FALSE(Sniff(preamble, hints).noWholeRow);
 }
 
 TEST_F(TextSnifferTest, RaisesForAFileThatIsNotThere) {

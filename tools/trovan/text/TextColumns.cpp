@@ -15,7 +15,7 @@
 #include "Tool.h"
 #include "filters/support/CsvWriter.h"
 #include "filters/support/FileSink.h"
-#include "filters/support/InputFile.h"
+#include "filters/support/FilterError.h"
 #include "filters/support/JsonWriter.h"
 #include "filters/support/OutputFile.h"
 #include "filters/text/ColumnsExport.h"
@@ -58,8 +58,7 @@ struct ColumnsArguments {
   }
 };
 
-// --- What was not given
-// ---------------------------------------------------------------------------
+// --- What was not given -------------------------------------------------------------------------
 
 filters::SniffHints Hints(const ColumnsArguments& arguments) {
   filters::SniffHints hints;
@@ -106,8 +105,31 @@ void TellFormat(const std::string& name, const ColumnsExportOptions& options) {
              Counted(format.skipLines, "line") + " skipped at the start");
 }
 
-// --- What there is to tell afterwards
-// --------------------------------------------------------------
+// Raises FilterError where a guess has no ground.
+void RequireEnoughToGoBy(const std::string& name, const ColumnsArguments& arguments,
+                         const TextReport& report) {
+  const bool isKnown = arguments.delimiters && (arguments.header || arguments.noHeader);
+  if (!report.noWholeRow || isKnown) return;
+  throw filters::FilterError(name +
+                             ": no row ends within 1 MiB, so that nothing can be guessed; "
+                             "--delimiter and --header or --no-header tell how to read it");
+}
+
+// Tells the guesses that change what the values are.
+void WarnOfGuesses(const std::string& name, const ColumnsArguments& arguments,
+                   const TextReport& report) {
+  if (!arguments.comment && report.commentLines > 0) {
+    WarnOfText(name + ": " + Counted(report.commentLines, "line") +
+               " at the start with '#' in front: skipped; --comment none reads them as rows");
+  }
+  if (report.oddQuotes) {
+    WarnOfText(name +
+               ": what starts with \" often does not end with it, so quotes are read as ordinary "
+               "characters; --quote '\"' reads them as quotes, --quote none without this warning");
+  }
+}
+
+// --- What there is to tell afterwards -----------------------------------------------------------
 
 void WarnOfRows(const std::string& name, const RowsOfNote& rows, const std::string& what) {
   if (rows.count == 0) return;
@@ -150,8 +172,7 @@ int Conclude(const std::string& name, const ColumnsExportOptions& options,
   return result.badRows.Count() > 0 ? kFailed : kDone;
 }
 
-// --- The work
-// ---------------------------------------------------------------------------------------
+// --- The work -----------------------------------------------------------------------------------
 
 std::unique_ptr<filters::RowWriter> MakeWriter(const std::string& format, filters::ByteSink& sink) {
   if (format == "json") return std::make_unique<JsonWriter>(sink, JsonWriter::Form::kArray);
@@ -184,14 +205,11 @@ ColumnsExportResult ExportToFile(const ColumnsArguments& arguments,
 
 int Columns(const ColumnsArguments& arguments) {
   const std::string name = arguments.Name();
-  filters::RequireFile(arguments.Path());
   const TextReport report = filters::SniffText(arguments.Path(), Hints(arguments));
+  RequireEnoughToGoBy(name, arguments, report);
   const ColumnsExportOptions options = Settle(arguments, report);
   if (arguments.verbose) TellFormat(name, options);
-  if (!arguments.comment && report.commentLines > 0) {
-    WarnOfText(name + ": " + Counted(report.commentLines, "line") +
-               " at the start with '#' in front: skipped; --comment none reads them as rows");
-  }
+  WarnOfGuesses(name, arguments, report);
   ColumnsExportResult result;
   if (arguments.output.empty()) {
     StandardOutput output;
@@ -202,8 +220,7 @@ int Columns(const ColumnsArguments& arguments) {
   return Conclude(name, options, result);
 }
 
-// --- Arguments
-// ---------------------------------------------------------------------------------------
+// --- Arguments ----------------------------------------------------------------------------------
 
 // An option that takes one character, or a word for some.
 void AddCharacter(CLI::App& command, const std::string& name, std::optional<std::string>& character,

@@ -25,11 +25,13 @@ std::string Counted(unsigned long long count, const char* one, const char* more)
   return std::to_string(count) + ' ' + (count == 1 ? one : more);
 }
 
+std::string KindText(const TextReport& report) {
+  if (!report.binary) return "text";
+  return "binary (first NUL byte at " + std::to_string(report.survey.firstNul) + ")";
+}
+
 std::string EncodingText(const TextReport& report) {
-  if (report.survey.nulBytes > 0) {
-    return report.encoding + " (first NUL byte at " + std::to_string(report.survey.firstNul) + ")";
-  }
-  if (report.survey.IsUtf8()) return report.encoding;
+  if (report.binary || report.survey.IsUtf8()) return report.encoding;
   return report.encoding + " (not UTF-8 at byte " + std::to_string(report.survey.firstBadUtf8) +
          ")";
 }
@@ -50,6 +52,7 @@ std::string DelimiterName(const TextReport& report) {
 }
 
 std::string QuoteName(const TextReport& report) {
+  if (report.oddQuotes) return "none: what starts with \" often does not end with it";
   return report.format.quotes.empty() ? "none" : Escaped(report.format.quotes);
 }
 
@@ -106,8 +109,9 @@ nlohmann::ordered_json OrNull(const std::string& text) {
 
 std::string TextReportAsText(const std::string& name, const TextReport& report) {
   std::string text = Printable(name) + '\n';
+  text += Line("Kind", KindText(report));
   text += Line("Encoding", EncodingText(report));
-  text += Line("Line ends", LineEndsText(report));
+  if (!report.binary) text += Line("Line ends", LineEndsText(report));
   if (report.rows > 0) {
     text += Line("Delimiter", DelimiterName(report));
     text += Line("Quote", QuoteName(report));
@@ -135,6 +139,7 @@ nlohmann::ordered_json TextReportAsJson(const std::string& name, const TextRepor
                                  {"delimited", report.delimited},
                                  {"delimiter", nullptr},
                                  {"quote", OrNull(report.format.quotes)},
+                                 {"odd_quotes", report.oddQuotes},
                                  {"decimal", nullptr},
                                  {"rows", report.rows},
                                  {"all_rows", report.allRows},

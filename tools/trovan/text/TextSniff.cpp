@@ -59,6 +59,10 @@ int Sniff(const SniffArguments& arguments) {
       WarnOfText(error.Message());
       code = kFailed;
       continue;
+    } catch (const filters::FilterError& error) {
+      WarnOfText(error.what());
+      code = kFailed;
+      continue;
     }
     reports.Add(corvel::Utf8FromWide(path), report);
   }

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <utility>
+
+#include "RegionIndex.h"
 
 namespace tarnis {
 
@@ -17,6 +20,58 @@ Polygon2::Polygon2(std::vector<Vec2d> points, std::vector<unsigned int> counts)
     used += count;
   }
   points_.resize(used);
+}
+
+// Counts the polygons that share it, so that the last one can delete it.
+struct Polygon2::SharedIndex {
+  explicit SharedIndex(const Polygon2& polygon) : index(polygon) {}
+  const RegionIndex index;
+  std::atomic<std::size_t> polygons{1};
+};
+
+Polygon2::SharedIndex* Polygon2::Share(SharedIndex* index) {
+  if (index != nullptr) index->polygons.fetch_add(1, std::memory_order_relaxed);
+  return index;
+}
+
+void Polygon2::Release(SharedIndex* index) {
+  if (index != nullptr && index->polygons.fetch_sub(1, std::memory_order_acq_rel) == 1)
+    delete index;
+}
+
+Polygon2::Polygon2(const Polygon2& other)
+    : points_(other.points_), counts_(other.counts_), index_(Share(other.index_.load())) {}
+
+Polygon2::Polygon2(Polygon2&& other) noexcept
+    : points_(std::exchange(other.points_, {})),
+      counts_(std::exchange(other.counts_, {})),
+      index_(other.index_.exchange(nullptr)) {}
+
+Polygon2& Polygon2::operator=(const Polygon2& other) { return *this = Polygon2(other); }
+
+Polygon2& Polygon2::operator=(Polygon2&& other) noexcept {
+  if (this == &other) return *this;
+  points_ = std::exchange(other.points_, {});
+  counts_ = std::exchange(other.counts_, {});
+  Release(index_.exchange(other.index_.exchange(nullptr)));
+  return *this;
+}
+
+Polygon2::~Polygon2() { Release(index_.load()); }
+
+const RegionIndex& Polygon2::Index() const {
+  SharedIndex* index = index_.load(std::memory_order_acquire);
+  if (index != nullptr) return index->index;
+  auto made = std::make_unique<SharedIndex>(*this);
+  // Another thread may have been faster: then its index is the one.
+  if (index_.compare_exchange_strong(index, made.get(), std::memory_order_acq_rel)) {
+    return made.release()->index;
+  }
+  return index->index;
+}
+
+bool PointInPolygon(const Vec2d& point, const Polygon2& polygon) {
+  return polygon.Index().Contains(point);
 }
 
 Box2d GetBoundingBox(const Polygon2& polygon) {

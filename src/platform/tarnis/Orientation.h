@@ -1,0 +1,35 @@
+// On which side of a line a point lies, without error of rounding.
+#pragma once
+
+#include <cmath>
+
+#include <corvel/Geometry.h>
+
+namespace tarnis {
+
+int OrientationExactly(const corvel::Vec2d& a, const corvel::Vec2d& b, const corvel::Vec2d& p);
+
+// 1 if `p` lies to the left of the way from `a` to `b`, -1 to the right, 0 on the line through
+// both. Exact as long as products of two coordinates neither overflow nor underflow.
+//
+// A floating-point filter decides almost all cases (Shewchuk, "Adaptive Precision Floating-Point
+// Arithmetic and Fast Robust Geometric Predicates", 1997, bound A of ORIENT2D).
+inline int Orientation(const corvel::Vec2d& a, const corvel::Vec2d& b, const corvel::Vec2d& p) {
+  constexpr double kBound = 3.3306690738754716e-16;  // (3 + 16 u) u, u = 2^-53
+  const double left = (a.x - p.x) * (b.y - p.y);
+  const double right = (a.y - p.y) * (b.x - p.x);
+  const double difference = left - right;
+  const double error = kBound * (std::fabs(left) + std::fabs(right));
+  if (difference > error) return 1;
+  if (-difference > error) return -1;
+  return OrientationExactly(a, b, p);
+}
+
+// Whether the point lies on the segment, its ends included.
+inline bool IsOnSegment(const corvel::Vec2d& p, const corvel::Vec2d& a, const corvel::Vec2d& b) {
+  const bool isInBox = std::fmin(a.x, b.x) <= p.x && p.x <= std::fmax(a.x, b.x) &&
+                       std::fmin(a.y, b.y) <= p.y && p.y <= std::fmax(a.y, b.y);
+  return isInBox && Orientation(a, b, p) == 0;
+}
+
+}  // namespace tarnis

@@ -1,8 +1,8 @@
 // Sources that are no plain files: such as fail, at once or in the middle of a token, and pipes.
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <sys/mman.h>
@@ -68,39 +68,41 @@ TEST_F(FileTokenizerFailureTest, RaisesWhatAReadErrorDoes) {
   ExpectEachCallRaises("Input/output error");
 }
 
-// A text in this program's memory, behind which there is none: the program's memory as a file
-// gives the text, and then no end but an error.
+// A text in this program's memory, behind which a page follows that cannot be read: the program's
+// memory as a file gives the text, and then no end but an error. The text fills the only page of a
+// file, of which two are mapped.
 class TextBeforeAnError {
  public:
-  explicit TextBeforeAnError(std::string_view text) {
-    void* pages =
-        ::mmap(nullptr, 2 * size_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  TextBeforeAnError(const std::filesystem::path& file, std::string_view text) {
+    std::string page(size_ - text.size(), ' ');
+    WriteBytes(file, page.append(text));
+    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    void* pages = ::mmap(nullptr, 2 * size_, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    ::close(descriptor);
     if (pages == MAP_FAILED) return;
-    page_ = static_cast<char*>(pages);
-    ::munmap(page_ + size_, size_);
-    text_ = page_ + size_ - text.size();
-    std::memcpy(text_, text.data(), text.size());
+    pages_ = static_cast<char*>(pages);
+    text_ = pages_ + size_ - text.size();
   }
   ~TextBeforeAnError() {
-    if (page_ != nullptr) ::munmap(page_, size_);
+    if (pages_ != nullptr) ::munmap(pages_, 2 * size_);
   }
   TextBeforeAnError(const TextBeforeAnError&) = delete;
   TextBeforeAnError& operator=(const TextBeforeAnError&) = delete;
 
-  bool IsMade() const { return page_ != nullptr; }
+  bool IsMade() const { return pages_ != nullptr; }
   long long Position() const {
     return static_cast<long long>(reinterpret_cast<std::uintptr_t>(text_));
   }
 
  private:
   std::size_t size_ = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-  char* page_ = nullptr;
-  char* text_ = nullptr;
+  char* pages_ = nullptr;
+  const char* text_ = nullptr;
 };
 
 TEST_F(FileTokenizerFailureTest, RaisesAReadErrorInTheMiddleOfAToken) {
   for (const char* rest : {"12", "12 ", "12\r", "'12", "'12'", " ", ""}) {
-    const TextBeforeAnError text(std::string("a\nb,") + rest);
+    const TextBeforeAnError text(folder_.Path() / "page", std::string("a\nb,") + rest);
     ASSERT_TRUE(text.IsMade());
     file_.Open(L"/proc/self/mem", "rb", corvel::kFileShareRead, false);
     file_.Seek(text.Position(), corvel::kFileBegin);

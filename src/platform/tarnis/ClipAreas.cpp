@@ -9,6 +9,7 @@
 #include "ClipEngine.h"
 #include "RegionIndex.h"
 #include "RegionPart.h"
+#include "RingContacts.h"
 
 namespace tarnis {
 
@@ -49,9 +50,11 @@ Polygon2 ClipToRectangle(const Polygon2& subject, const Box2d& rectangle) {
     ring += count;
   }
   const bool isLarge = subject.Points().size() >= kCornersForIndex;
-  return walk.Finish([&](const Vec2d& point) {
+  const Polygon2 clipped = walk.Finish([&](const Vec2d& point) {
     return isLarge ? subject.Index().IsPerturbedInside(point) : IsPerturbedInside(subject, point);
   });
+  // The walk leaves crossings as it finds them.
+  return HaveContacts(clipped) ? Resolved(clipped, FillRule::kEvenOdd) : clipped;
 }
 
 }  // namespace

@@ -120,10 +120,17 @@ TEST(ClipPolygonLaws, InsideAndOutsideAddUp) {
   });
 }
 
-// The corners of the result are corners of the inputs, or places where edges cross.
+// The corners of the result are corners of the inputs, or places where edges cross. Corners on a
+// side of a rectangle are always taken for the latter.
 TEST(ClipPolygonLaws, CornersComeBackToTheLastBit) {
   ForEachCase([](const Case& c) {
+    corvel::Box2d rectangle;
+    const bool isRectangle = GetIfRect(c.clip, rectangle);
     std::vector<Vec2d> corners = c.subject.Points();
+    std::erase_if(corners, [&](const Vec2d& p) {
+      return isRectangle && (p.x == rectangle.min.x || p.x == rectangle.max.x ||
+                             p.y == rectangle.min.y || p.y == rectangle.max.y);
+    });
     corners.insert(corners.end(), c.clip.Points().begin(), c.clip.Points().end());
     for (const Vec2d& point : c.result.Points()) {
       for (const Vec2d& corner : corners) {

@@ -124,7 +124,7 @@ void ExpectModelsPieces(const std::vector<WholePoint>& line, const Polygon2& reg
 class ClipLinesModel : public ::testing::TestWithParam<int> {};
 
 TEST_P(ClipLinesModel, PiecesInRandomRingsAreTheModels) {
-  for (std::uint64_t seed = 0; seed < 20000; ++seed) {
+  for (std::uint64_t seed = 0; seed < 3000; ++seed) {
     RandomWholes random(seed, GetParam());
     const Polygon2 region = random.Rings();
     for (int i = 0; i < 3; ++i) {
@@ -134,7 +134,7 @@ TEST_P(ClipLinesModel, PiecesInRandomRingsAreTheModels) {
 }
 
 TEST_P(ClipLinesModel, PiecesInTilesAreTheModels) {
-  for (std::uint64_t seed = 0; seed < 20000; ++seed) {
+  for (std::uint64_t seed = 0; seed < 3000; ++seed) {
     RandomWholes random(seed, GetParam());
     const Polygon2 region = random.Tiles();
     for (int i = 0; i < 3; ++i) {
@@ -144,7 +144,7 @@ TEST_P(ClipLinesModel, PiecesInTilesAreTheModels) {
 }
 
 TEST_P(ClipLinesModel, RectanglesAreTheModels) {
-  for (std::uint64_t seed = 0; seed < 20000; ++seed) {
+  for (std::uint64_t seed = 0; seed < 3000; ++seed) {
     RandomWholes random(seed, GetParam());
     const int x = random.Whole(-GetParam(), GetParam() - 1);
     const int y = random.Whole(-GetParam(), GetParam() - 1);

@@ -45,7 +45,7 @@ std::string Text(const Polygon2& polygon) {
   return text.str();
 }
 
-constexpr std::uint64_t kSeeds = 60;
+constexpr std::uint64_t kSeeds = 16;
 
 struct Case {
   const Place2& place;

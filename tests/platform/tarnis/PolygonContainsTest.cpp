@@ -166,7 +166,7 @@ class PolygonContainsModel : public ::testing::TestWithParam<int> {};
 
 TEST_P(PolygonContainsModel, BoxesAreHeldAsTheModelSays) {
   int held = 0;
-  for (std::uint64_t seed = 0; seed < 30000; ++seed) {
+  for (std::uint64_t seed = 0; seed < 5000; ++seed) {
     RandomPair random(seed, GetParam());
     const Polygon2 region = random.Region();
     const Polygon2 test = random.AnyBox();
@@ -175,12 +175,12 @@ TEST_P(PolygonContainsModel, BoxesAreHeldAsTheModelSays) {
     ASSERT_EQ(PolygonContains(region, test), isHeld)
         << "seed " << seed << "\nregion " << Text(region) << "test " << Text(test);
   }
-  EXPECT_GT(held, 500);
+  EXPECT_GT(held, 80);
 }
 
 TEST_P(PolygonContainsModel, RingsAreHeldAsTheModelSays) {
   int held = 0;
-  for (std::uint64_t seed = 0; seed < 30000; ++seed) {
+  for (std::uint64_t seed = 0; seed < 5000; ++seed) {
     RandomPair random(seed, GetParam());
     const Polygon2 region = random.Region();
     const Polygon2 test = random.Rings(2);
@@ -189,7 +189,7 @@ TEST_P(PolygonContainsModel, RingsAreHeldAsTheModelSays) {
     ASSERT_EQ(PolygonContains(region, test), isHeld)
         << "seed " << seed << "\nregion " << Text(region) << "test " << Text(test);
   }
-  EXPECT_GT(held, 200);
+  EXPECT_GT(held, 30);
 }
 
 INSTANTIATE_TEST_SUITE_P(Reach, PolygonContainsModel, ::testing::Values(2, 4, 7));

@@ -5,20 +5,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <utility>
 #include <vector>
 
 #include <corvel/Geometry.h>
 
+#include "EdgeRings.h"
 #include "GridAxis.h"
 
 namespace tarnis {
-
-class Polygon2;
-
-struct Edge {
-  corvel::Vec2d a, b;
-};
 
 // Where a point lies.
 enum class Place { kOutside, kInside, kBoundary };
@@ -33,11 +27,16 @@ class RegionIndex {
   // Around all edges.
   const corvel::Box2d& Box() const { return box_; }
 
+  const EdgeRings& Rings() const { return edges_; }
   const Edge& EdgeAt(std::uint32_t edge) const { return edges_[edge]; }
 
-  // The edges of the ring that has this one: from the first up to, but not including, the second
-  // number. Each goes on where the one before it ends, and the first where the last ends.
-  std::pair<std::uint32_t, std::uint32_t> RingOf(std::uint32_t edge) const;
+  // Whether edges meet, other than where one goes on from the other; see HaveContacts.
+  bool HasContacts() const { return hasContacts_; }
+
+  // Whether the region is to the left of the edges of a ring.
+  //
+  // REQUIRES: the region has no contacts.
+  bool IsLeftInside(std::uint32_t ring) const { return isLeftInside_[ring]; }
 
   Place PlaceOf(const corvel::Vec2d& point) const;
 
@@ -53,10 +52,10 @@ class RegionIndex {
  private:
   template <class Take>
   void ForEachCellOf(const Edge& edge, const Take& take) const;
-  void TakeEdges(const Polygon2& region);
   void DivideBox();
   void ListEdges();
   void NoteCorners();
+  void NoteSides();
   template <class Side>
   bool Parity(const corvel::Vec2d& point, const Side& side) const;
   std::size_t CellAround(const corvel::Vec2d& point) const {
@@ -74,13 +73,14 @@ class RegionIndex {
   }
 
   corvel::Box2d box_;
-  std::vector<Edge> edges_;
-  std::vector<std::uint32_t> rings_;  // the first edge of each, and the number of all at the end
+  EdgeRings edges_;
   GridAxis columns_;
   GridAxis rows_;
   std::vector<std::uint32_t> starts_;  // of each cell in listed_; one more at the end
   std::vector<std::uint32_t> listed_;  // edges
   std::vector<bool> isCornerInside_;
+  bool hasContacts_ = false;
+  std::vector<bool> isLeftInside_;  // of each ring
 };
 
 }  // namespace tarnis

@@ -14,8 +14,8 @@ using corvel::Vec2d;
 
 namespace {
 
-// With more edges it is faster to order them by their places in both directions.
-constexpr std::size_t kMostEdgesInStrips = 256;
+// How many edges near each edge, on the whole, are worth comparing.
+constexpr std::size_t kMostNeighbours = 256;
 
 bool Overlap(double a, double b, double c, double d) {
   return std::max(a, b) >= std::min(c, d) && std::max(c, d) >= std::min(a, b);
@@ -36,67 +36,63 @@ bool FoldBack(const Edge& one, const Edge& next) {
   return way.x * on.x + way.y * on.y < 0.0;
 }
 
-class Contacts {
- public:
-  explicit Contacts(const Polygon2& rings) {
-    const Vec2d* ring = rings.Points().data();
-    for (const unsigned int count : rings.Counts()) {
-      const std::size_t first = edges_.size();
-      for (unsigned int i = 0; i < count; ++i) {
-        edges_.push_back({ring[i], ring[i + 1 < count ? i + 1 : 0]});
-        next_.push_back(first + (i + 1 < count ? i + 1 : 0));
-      }
-      ring += count;
-    }
-  }
+// For two edges, the second one of a higher number.
+bool AreInContact(const EdgeRings& rings, std::uint32_t one, std::uint32_t other) {
+  const Edge& edge = rings[one];
+  const Edge& next = rings[other];
+  const std::uint32_t ring = rings.RingOf(one);
+  const bool isFollowed = other == one + 1 && other < rings.End(ring);
+  const bool follows = one == rings.Begin(ring) && other + 1 == rings.End(ring);
+  if (isFollowed && FoldBack(edge, next)) return true;
+  if (follows && FoldBack(next, edge)) return true;
+  return !isFollowed && !follows && Meet(edge, next);
+}
 
-  // Compares each edge with those that begin, from left to right, before it ends.
-  bool AnyInStrips() const {
-    std::vector<std::size_t> order(edges_.size());
-    for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-    const auto left = [this](std::size_t i) { return std::min(edges_[i].a.x, edges_[i].b.x); };
-    std::sort(order.begin(), order.end(),
-              [&](std::size_t one, std::size_t other) { return left(one) < left(other); });
-    for (std::size_t i = 0; i < order.size(); ++i) {
-      const double right = std::max(edges_[order[i]].a.x, edges_[order[i]].b.x);
-      for (std::size_t j = i + 1; j < order.size() && left(order[j]) <= right; ++j) {
-        if (AreInContact(order[i], order[j])) return true;
-      }
-    }
-    return false;
-  }
-
-  // Compares each edge with those near it. The index numbers the edges as this class does.
-  bool AnyNear(const RegionIndex& index) const {
-    std::vector<std::uint32_t> near;
-    for (std::size_t i = 0; i < edges_.size(); ++i) {
-      index.EdgesNear(edges_[i], near);
-      for (const std::uint32_t other : near) {
-        if (other > i && AreInContact(i, other)) return true;
-      }
-    }
-    return false;
-  }
-
- private:
-  bool AreInContact(std::size_t one, std::size_t other) const {
-    const bool isFollowed = next_[one] == other;
-    const bool follows = next_[other] == one;
-    if (isFollowed && FoldBack(edges_[one], edges_[other])) return true;
-    if (follows && FoldBack(edges_[other], edges_[one])) return true;
-    return !isFollowed && !follows && Meet(edges_[one], edges_[other]);
-  }
-
-  std::vector<Edge> edges_;
-  std::vector<std::size_t> next_;
-};
+bool HavePoints(const EdgeRings& rings) {
+  return std::any_of(rings.begin(), rings.end(), [](const Edge& edge) { return edge.a == edge.b; });
+}
 
 }  // namespace
 
-bool HaveContacts(const Polygon2& rings) {
-  const Contacts contacts(rings);
-  const bool isLarge = rings.Points().size() > kMostEdgesInStrips;
-  return isLarge ? contacts.AnyNear(rings.Index()) : contacts.AnyInStrips();
+// Compares each edge with those that begin, from left to right, before it ends.
+bool HaveContacts(const EdgeRings& rings) {
+  if (HavePoints(rings)) return true;
+  struct Reach {
+    double left, right;
+    std::uint32_t edge;
+  };
+  std::vector<Reach> order;
+  order.reserve(rings.Size());
+  for (std::uint32_t i = 0; i < rings.Size(); ++i) {
+    const auto [left, right] = std::minmax(rings[i].a.x, rings[i].b.x);
+    order.push_back({left, right, i});
+  }
+  std::sort(order.begin(), order.end(),
+            [](const Reach& one, const Reach& other) { return one.left < other.left; });
+  for (auto one = order.begin(); one != order.end(); ++one) {
+    for (auto other = one + 1; other != order.end() && other->left <= one->right; ++other) {
+      const auto [low, high] = std::minmax(one->edge, other->edge);
+      if (AreInContact(rings, low, high)) return true;
+    }
+  }
+  return false;
+}
+
+// Compares each edge with those near it.
+bool HaveContacts(const RegionIndex& index) {
+  const EdgeRings& rings = index.Rings();
+  if (HavePoints(rings)) return true;
+  std::size_t left = kMostNeighbours * rings.Size();
+  std::vector<std::uint32_t> near;
+  for (std::uint32_t i = 0; i < rings.Size(); ++i) {
+    index.EdgesNear(rings[i], near);
+    const auto isContact = [&](std::uint32_t other) {
+      return other > i && AreInContact(rings, i, other);
+    };
+    if (near.size() > left || std::any_of(near.begin(), near.end(), isContact)) return true;
+    left -= near.size();
+  }
+  return false;
 }
 
 }  // namespace tarnis

@@ -1,14 +1,19 @@
 // Whether rings stay apart.
 #pragma once
 
-#include <tarnis/Polygon2.h>
+#include "EdgeRings.h"
 
 namespace tarnis {
 
-// Whether edges meet, other than at the corners where one follows the other, or fold back there.
-// Rings without contacts do not cross.
+class RegionIndex;
+
+// Whether edges meet, other than at the corners where one goes on from the other, or fold back
+// there. Rings without contacts do not cross, and neither do they touch. A ring that is a point
+// counts as a contact.
 //
-// REQUIRES: the rings are open, and no corner follows its like.
-bool HaveContacts(const Polygon2& rings);
+// The second one is faster where there are many edges. Where very many come near each other, it
+// gives up and takes them for contacts.
+bool HaveContacts(const EdgeRings& rings);
+bool HaveContacts(const RegionIndex& index);
 
 }  // namespace tarnis

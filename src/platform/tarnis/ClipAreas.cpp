@@ -31,16 +31,17 @@ bool HaveCommonArea(const Box2d& one, const Box2d& other) {
 }
 
 Polygon2 ClipToRectangle(const Polygon2& subject, const Box2d& rectangle) {
-  const EdgeRings edges(subject);
   BorderWalk walk(rectangle);
   const Vec2d* ring = subject.Points().data();
   for (const unsigned int count : subject.Counts()) {
     if (count > 0) walk.AddRing(ring, count);
     ring += count;
   }
-  const bool isLarge = edges.Size() >= kEdgesForIndex;
   Polygon2 clipped = walk.Finish([&](const Vec2d& point) {
-    return isLarge ? subject.Index().IsPerturbedInside(point) : IsPerturbedInside(edges, point);
+    // One question costs less than an index, many cost more.
+    const bool isLarge = subject.Points().size() >= kEdgesForIndex && subject.Counts().size() > 1;
+    return isLarge ? subject.Index().IsPerturbedInside(point)
+                   : IsPerturbedInside(EdgeRings(subject), point);
   });
   // The walk leaves crossings as it finds them.
   const bool isLargeResult = clipped.Points().size() >= kEdgesForIndex;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "Orientation.h"
 
@@ -76,7 +77,7 @@ bool Overlap(const Box2d& box, const Edge& edge) {
 
 // Compares an edge of the subject with some of the region.
 bool CrossEdges(const EdgeRings& subject, std::uint32_t edge, const EdgeRings& region,
-                const std::vector<std::uint32_t>& others, std::vector<Crossing>& crossings) {
+                std::span<const std::uint32_t> others, std::vector<Crossing>& crossings) {
   const Box2d box = BoxOf(subject[edge]);
   for (const std::uint32_t other : others) {
     if (!Overlap(box, region[other])) continue;
@@ -95,10 +96,10 @@ bool FindCrossings(const EdgeRings& subject, const RegionIndex& region,
                    const std::vector<std::uint32_t>& near, std::vector<Crossing>& crossings) {
   crossings.clear();
   const bool areFew = subject.Size() * near.size() <= kMostPairs;
-  std::vector<std::uint32_t> nearer;
+  std::vector<std::uint32_t> buffer;
   for (std::uint32_t edge = 0; edge < subject.Size(); ++edge) {
-    if (!areFew) region.EdgesNear(subject[edge], nearer);
-    if (!CrossEdges(subject, edge, region.Rings(), areFew ? near : nearer, crossings)) return false;
+    const auto others = areFew ? std::span(near) : region.EdgesNear(subject[edge], buffer);
+    if (!CrossEdges(subject, edge, region.Rings(), others, crossings)) return false;
   }
   return true;
 }

@@ -17,7 +17,7 @@ using corvel::Vec2d;
 namespace {
 
 constexpr std::size_t kCellsForAnEdge = 2;
-constexpr std::size_t kLeastCells = 1024;
+constexpr std::size_t kLeastCells = 4096;
 constexpr double kPassagesForAnEdge = 16.0;
 constexpr std::size_t kMostCells = std::size_t{1} << 22;
 constexpr double kUlp = std::numeric_limits<double>::epsilon();
@@ -70,7 +70,7 @@ void RegionIndex::DivideBox() {
       passages += std::fabs(edge.b.y - edge.a.y) / height * static_cast<double>(rows);
   }
   const double allowed = std::fmax(kPassagesForAnEdge * static_cast<double>(edges_.Size()),
-                                   static_cast<double>(kLeastCells));
+                                   2.0 * static_cast<double>(kLeastCells));
   const double share = std::fmin(1.0, allowed / std::fmax(passages, 1.0));
   const auto part = [share](std::size_t count) {
     return std::max<std::size_t>(1, static_cast<std::size_t>(static_cast<double>(count) * share));
@@ -85,8 +85,8 @@ void RegionIndex::ForEachCellOf(const Edge& edge, const Take& take) const {
   const bool isUpward = edge.a.y <= edge.b.y;
   const Vec2d& low = isUpward ? edge.a : edge.b;
   const Vec2d& high = isUpward ? edge.b : edge.a;
-  const double least = std::fmin(low.x, high.x);
-  const double most = std::fmax(low.x, high.x);
+  const double least = std::min(low.x, high.x);
+  const double most = std::max(low.x, high.x);
   // How far rounding may take the place where the edge crosses a line of the grid.
   const double slack = 8 * kUlp * (std::fabs(low.x) + std::fabs(high.x));
   const double height = high.y - low.y;
@@ -101,8 +101,8 @@ void RegionIndex::ForEachCellOf(const Edge& edge, const Take& take) const {
   for (const std::size_t last = rows_.CellOf(high.y); row <= last; ++row) {
     const double below = height > 0.0 ? xAt(rows_.Line(row)) : low.x;
     const double above = height > 0.0 ? xAt(rows_.Line(row + 1)) : high.x;
-    const double from = std::fmax(least, std::fmin(below, above) - slack);
-    const double to = std::fmin(most, std::fmax(below, above) + slack);
+    const double from = std::max(least, std::min(below, above) - slack);
+    const double to = std::min(most, std::max(below, above) + slack);
     for (std::size_t column = columns_.CellOf(from); column <= columns_.CellOf(to); ++column) {
       take(Cell(column, row));
     }
@@ -201,18 +201,28 @@ void RegionIndex::EdgesNear(const Box2d& box, std::vector<std::uint32_t>& edges)
   SortOnce(edges);
 }
 
-void RegionIndex::EdgesNear(const Edge& segment, std::vector<std::uint32_t>& edges) const {
-  edges.clear();
-  const bool isBeside = std::fmax(segment.a.x, segment.b.x) < box_.min.x ||
-                        std::fmin(segment.a.x, segment.b.x) > box_.max.x ||
-                        std::fmax(segment.a.y, segment.b.y) < box_.min.y ||
-                        std::fmin(segment.a.y, segment.b.y) > box_.max.y;
-  if (isBeside) return;
-  ForEachCellOf(segment, [&](std::size_t cell) {
-    const auto here = EdgesOf(cell);
-    edges.insert(edges.end(), here.begin(), here.end());
+std::span<const std::uint32_t> RegionIndex::EdgesNear(const Edge& way,
+                                                      std::vector<std::uint32_t>& buffer) const {
+  const auto [left, right] = std::minmax(way.a.x, way.b.x);
+  const auto [low, high] = std::minmax(way.a.y, way.b.y);
+  if (right < box_.min.x || left > box_.max.x || high < box_.min.y || low > box_.max.y) return {};
+  const std::size_t cell = CellAround(way.a);
+  if (CellAround(way.b) == cell) return EdgesOf(cell);
+  buffer.clear();
+  ForEachCellOf(way, [&](std::size_t near) {
+    const auto edges = EdgesOf(near);
+    buffer.insert(buffer.end(), edges.begin(), edges.end());
   });
-  SortOnce(edges);
+  SortOnce(buffer);
+  return buffer;
+}
+
+Box2d RegionIndex::QuietBoxAround(const Vec2d& point) const {
+  if (!Covers(point)) return {};
+  const std::size_t column = columns_.CellOf(point.x);
+  const std::size_t row = rows_.CellOf(point.y);
+  if (!EdgesOf(Cell(column, row)).empty()) return {};
+  return {columns_.Line(column), rows_.Line(row), columns_.Line(column + 1), rows_.Line(row + 1)};
 }
 
 }  // namespace tarnis

@@ -47,7 +47,33 @@ class RegionIndex {
   // The edges that come near a place: all that touch it, and perhaps others. Each once, in
   // ascending order. The result is cleared first.
   void EdgesNear(const corvel::Box2d& box, std::vector<std::uint32_t>& edges) const;
-  void EdgesNear(const Edge& segment, std::vector<std::uint32_t>& edges) const;
+
+  // The same for the way between two points. The result lies in the index or in `buffer`.
+  std::span<const std::uint32_t> EdgesNear(const Edge& way,
+                                           std::vector<std::uint32_t>& buffer) const;
+
+  // A box around the point that no edge comes near; the empty box if the index knows of none.
+  // Points on its upper and right sides do not belong to it.
+  corvel::Box2d QuietBoxAround(const corvel::Vec2d& point) const;
+
+  // Whether `isMet` is true of any two edges that come near each other, the one of the lower number
+  // first. Asks of some pairs more than once. Gives up after `mostPairs`, and returns true.
+  template <class IsMet>
+  bool AnyPairNear(std::size_t mostPairs, const IsMet& isMet) const {
+    const std::size_t cells = columns_.Cells() * rows_.Cells();
+    for (std::size_t cell = 0; cell < cells; ++cell) {
+      const auto edges = EdgesOf(cell);
+      const std::size_t pairs = edges.size() * edges.size() / 2;
+      if (pairs > mostPairs) return true;
+      mostPairs -= pairs;
+      for (std::size_t i = 0; i < edges.size(); ++i) {
+        for (std::size_t j = i + 1; j < edges.size(); ++j) {
+          if (isMet(edges[i], edges[j])) return true;
+        }
+      }
+    }
+    return false;
+  }
 
  private:
   template <class Take>

@@ -14,8 +14,8 @@ using corvel::Vec2d;
 
 namespace {
 
-// How many edges near each edge, on the whole, are worth comparing.
-constexpr std::size_t kMostNeighbours = 256;
+// How many pairs of edges are worth comparing.
+constexpr std::size_t kMostPairsForAnEdge = 1024;
 
 bool Overlap(double a, double b, double c, double d) {
   return std::max(a, b) >= std::min(c, d) && std::max(c, d) >= std::min(a, b);
@@ -36,16 +36,19 @@ bool FoldBack(const Edge& one, const Edge& next) {
   return way.x * on.x + way.y * on.y < 0.0;
 }
 
-// For two edges, the second one of a higher number.
-bool AreInContact(const EdgeRings& rings, std::uint32_t one, std::uint32_t other) {
-  const Edge& edge = rings[one];
-  const Edge& next = rings[other];
+// Whether the second edge goes on where the first one ends.
+bool IsFollowed(const EdgeRings& rings, std::uint32_t one, std::uint32_t next) {
+  if (rings[one].b != rings[next].a) return false;
   const std::uint32_t ring = rings.RingOf(one);
-  const bool isFollowed = other == one + 1 && other < rings.End(ring);
-  const bool follows = one == rings.Begin(ring) && other + 1 == rings.End(ring);
-  if (isFollowed && FoldBack(edge, next)) return true;
-  if (follows && FoldBack(next, edge)) return true;
-  return !isFollowed && !follows && Meet(edge, next);
+  return next == (one + 1 < rings.End(ring) ? one + 1 : rings.Begin(ring));
+}
+
+bool AreInContact(const EdgeRings& rings, std::uint32_t one, std::uint32_t other) {
+  const bool isFollowed = IsFollowed(rings, one, other);
+  const bool follows = IsFollowed(rings, other, one);
+  if (isFollowed && FoldBack(rings[one], rings[other])) return true;
+  if (follows && FoldBack(rings[other], rings[one])) return true;
+  return !isFollowed && !follows && Meet(rings[one], rings[other]);
 }
 
 bool HavePoints(const EdgeRings& rings) {
@@ -58,41 +61,34 @@ bool HavePoints(const EdgeRings& rings) {
 bool HaveContacts(const EdgeRings& rings) {
   if (HavePoints(rings)) return true;
   struct Reach {
-    double left, right;
+    double left, right, low, high;
     std::uint32_t edge;
   };
   std::vector<Reach> order;
   order.reserve(rings.Size());
   for (std::uint32_t i = 0; i < rings.Size(); ++i) {
     const auto [left, right] = std::minmax(rings[i].a.x, rings[i].b.x);
-    order.push_back({left, right, i});
+    const auto [low, high] = std::minmax(rings[i].a.y, rings[i].b.y);
+    order.push_back({left, right, low, high, i});
   }
   std::sort(order.begin(), order.end(),
             [](const Reach& one, const Reach& other) { return one.left < other.left; });
   for (auto one = order.begin(); one != order.end(); ++one) {
     for (auto other = one + 1; other != order.end() && other->left <= one->right; ++other) {
-      const auto [low, high] = std::minmax(one->edge, other->edge);
-      if (AreInContact(rings, low, high)) return true;
+      if (other->low > one->high || other->high < one->low) continue;
+      if (AreInContact(rings, one->edge, other->edge)) return true;
     }
   }
   return false;
 }
 
-// Compares each edge with those near it.
 bool HaveContacts(const RegionIndex& index) {
   const EdgeRings& rings = index.Rings();
   if (HavePoints(rings)) return true;
-  std::size_t left = kMostNeighbours * rings.Size();
-  std::vector<std::uint32_t> near;
-  for (std::uint32_t i = 0; i < rings.Size(); ++i) {
-    index.EdgesNear(rings[i], near);
-    const auto isContact = [&](std::uint32_t other) {
-      return other > i && AreInContact(rings, i, other);
-    };
-    if (near.size() > left || std::any_of(near.begin(), near.end(), isContact)) return true;
-    left -= near.size();
-  }
-  return false;
+  const std::size_t mostPairs = kMostPairsForAnEdge * rings.Size();
+  return index.AnyPairNear(mostPairs, [&](std::uint32_t one, std::uint32_t other) {
+    return AreInContact(rings, one, other);
+  });
 }
 
 }  // namespace tarnis

@@ -95,9 +95,10 @@ std::string Text(const std::vector<Piece>& pieces) {
   return text.str();
 }
 
-bool AreAlike(const std::vector<Piece>& one, const std::vector<Piece>& other) {
-  const auto isNear = [](const Vec2d& p, const Vec2d& q) {
-    return std::fabs(p.x - q.x) < 1e-12 && std::fabs(p.y - q.y) < 1e-12;
+bool AreAlike(const std::vector<Piece>& one, const std::vector<Piece>& other,
+              double tolerance = 1e-12) {
+  const auto isNear = [tolerance](const Vec2d& p, const Vec2d& q) {
+    return std::fabs(p.x - q.x) < tolerance && std::fabs(p.y - q.y) < tolerance;
   };
   return std::equal(one.begin(), one.end(), other.begin(), other.end(),
                     [&](const Piece& p, const Piece& q) {
@@ -119,6 +120,47 @@ void ExpectModelsPieces(const std::vector<WholePoint>& line, const Polygon2& reg
       << Text(Split(region.Points(), region.Counts())) << "expected\n"
       << Text(expected) << "actual\n"
       << Text(actual);
+}
+
+// Where whole numbers lie in the plane: exactly, since the origin is a multiple of the unit.
+struct Lattice {
+  const char* name;
+  Vec2d origin;
+  double unit;
+  Vec2d operator()(const Vec2d& whole) const { return origin + whole * unit; }
+  Vec2d Back(const Vec2d& point) const { return (point - origin) * (1 / unit); }
+};
+
+const Lattice kLattices[] = {
+    {"degrees", {10.75, 59.875}, 0x1p-16},
+    {"metres", {598000, 6643000}, 0x1p-6},
+    {"billions", {1e9, -1e9}, 0.5},
+    {"tiny", {0, 0}, 0x1p-60},
+};
+
+TEST(ClipLinesModelElsewhere, PiecesAreTheModelsWhereverTheyLie) {
+  for (const Lattice& lattice : kLattices) {
+    for (std::uint64_t seed = 0; seed < 2000; ++seed) {
+      RandomWholes random(seed, 12);
+      const Polygon2 region = random.Rings();
+      const auto line = random.Line();
+      std::vector<Vec2d> ring = region.Points();
+      for (Vec2d& point : ring) point = lattice(point);
+      std::vector<Vec2d> places = Places(line);
+      for (Vec2d& place : places) place = lattice(place);
+      std::vector<Vec2d> points;
+      std::vector<unsigned int> counts;
+      LineClipPolygon(Polygon2(ring, region.Counts()))
+          .Clip(places.data(), places.size(), points, counts);
+      for (Vec2d& point : points) point = lattice.Back(point);
+      // As far as the numbers there can tell.
+      const double largest = std::fmax(std::fabs(lattice.origin.x), std::fabs(lattice.origin.y));
+      const double tolerance = 1e-12 + 1e-15 * largest / lattice.unit;
+      ASSERT_TRUE(
+          AreAlike(Split(points, counts), PiecesInside(line, WholeEdges(region)), tolerance))
+          << lattice.name << ", seed " << seed;
+    }
+  }
 }
 
 class ClipLinesModel : public ::testing::TestWithParam<int> {};

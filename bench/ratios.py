@@ -51,7 +51,10 @@ def quotients(slow, fast):
 
 
 def benchmark_times(program, repetitions, **settings):
-    """Runs the benchmarks of one program, in turns. Returns the medians of their times by name."""
+    """Runs the benchmarks of one program, in turns. Returns the medians of their times by name.
+
+    Those that count their shapes have their times for one shape: slow peers get fewer of them.
+    """
     with tempfile.TemporaryDirectory(prefix="trovan-bench-") as folder:
         out = pathlib.Path(folder) / "times.json"
         run = subprocess.run(
@@ -82,6 +85,9 @@ def _medians(runs):
             name = re.sub(r"^BM_|/(iterations|repeats):\d+", "", run["run_name"])
             by_name.setdefault(name, []).append(run)
     return {
-        name: [statistics.median(run[key] for run in of_one) for key in ("cpu_time", "real_time")]
+        name: [
+            statistics.median(run[key] / run.get("shapes", 1) for run in of_one)
+            for key in ("cpu_time", "real_time")
+        ]
         for name, of_one in by_name.items()
     }

@@ -17,7 +17,7 @@ using corvel::Vec2d;
 namespace {
 
 constexpr std::size_t kCellsForAnEdge = 2;
-constexpr std::size_t kLeastCells = 4096;
+constexpr std::size_t kLeastCells = 1024;
 constexpr double kPassagesForAnEdge = 16.0;
 constexpr std::size_t kMostCells = std::size_t{1} << 22;
 constexpr double kUlp = std::numeric_limits<double>::epsilon();
@@ -70,7 +70,7 @@ void RegionIndex::DivideBox() {
       passages += std::fabs(edge.b.y - edge.a.y) / height * static_cast<double>(rows);
   }
   const double allowed = std::fmax(kPassagesForAnEdge * static_cast<double>(edges_.Size()),
-                                   2.0 * static_cast<double>(kLeastCells));
+                                   4.0 * static_cast<double>(kLeastCells));
   const double share = std::fmin(1.0, allowed / std::fmax(passages, 1.0));
   const auto part = [share](std::size_t count) {
     return std::max<std::size_t>(1, static_cast<std::size_t>(static_cast<double>(count) * share));

@@ -21,9 +21,8 @@ bool Overlap(double a, double b, double c, double d) {
   return std::max(a, b) >= std::min(c, d) && std::max(c, d) >= std::min(a, b);
 }
 
+// For edges whose boxes overlap.
 bool Meet(const Edge& one, const Edge& other) {
-  if (!Overlap(one.a.x, one.b.x, other.a.x, other.b.x)) return false;
-  if (!Overlap(one.a.y, one.b.y, other.a.y, other.b.y)) return false;
   if (Orientation(one.a, one.b, other.a) * Orientation(one.a, one.b, other.b) > 0) return false;
   return Orientation(other.a, other.b, one.a) * Orientation(other.a, other.b, one.b) <= 0;
 }
@@ -44,11 +43,15 @@ bool IsFollowed(const EdgeRings& rings, std::uint32_t one, std::uint32_t next) {
 }
 
 bool AreInContact(const EdgeRings& rings, std::uint32_t one, std::uint32_t other) {
+  const Edge& edge = rings[one];
+  const Edge& next = rings[other];
+  if (!Overlap(edge.a.x, edge.b.x, next.a.x, next.b.x)) return false;
+  if (!Overlap(edge.a.y, edge.b.y, next.a.y, next.b.y)) return false;
   const bool isFollowed = IsFollowed(rings, one, other);
   const bool follows = IsFollowed(rings, other, one);
-  if (isFollowed && FoldBack(rings[one], rings[other])) return true;
-  if (follows && FoldBack(rings[other], rings[one])) return true;
-  return !isFollowed && !follows && Meet(rings[one], rings[other]);
+  if (isFollowed && FoldBack(edge, next)) return true;
+  if (follows && FoldBack(next, edge)) return true;
+  return !isFollowed && !follows && Meet(edge, next);
 }
 
 bool HavePoints(const EdgeRings& rings) {

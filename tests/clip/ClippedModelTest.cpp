@@ -56,17 +56,17 @@ using Points = std::vector<Vec2d>;
 using Counts = std::vector<unsigned int>;
 
 // --- The model: one function for each kind of object, each from the start, nothing shared or kept
-// but the last clip path and the last pen.
+// but the last clip region and the last pen.
 
 class Model {
  public:
   void Take(const TrBase& object) {
     if (const auto* path = Exactly<TrClipPath>(object)) {
-      clipPath_ = *path;
+      region_ = RegionOf(*path);
       return;
     }
     if (const auto* pen = Exactly<TrPen>(object)) pen_ = *pen;
-    const bool isClipping = !clipPath_.Points().empty();
+    const bool isClipping = !region_.Counts().empty();
     if (isClipping && Exactly<TrMetafile>(object) != nullptr) ++warnings_;
     if (isClipping && TakeShape(object)) return;
     texts_.push_back(TextOf(object));
@@ -134,7 +134,7 @@ class Model {
     TrMarkerSet inside;
     inside.Params() = set.Params();
     for (const Vec3d& point : set.Points()) {
-      if (PointInPolygon(Vec2d(point.x, point.y), Region())) inside.Points().push_back(point);
+      if (PointInPolygon(Vec2d(point.x, point.y), region_)) inside.Points().push_back(point);
     }
     if (!inside.Points().empty()) texts_.push_back(TextOf(inside));
     return true;
@@ -144,7 +144,7 @@ class Model {
     if (points.empty() || counts.empty()) return;
     const Polygon2 subject(points, counts);
     if (Contains(GetBoundingBox(subject))) return Pass(points, counts, params);
-    const Polygon2 clipped = ClipPolygonToPolygon(subject, Region());
+    const Polygon2 clipped = ClipPolygonToPolygon(subject, region_);
     if (clipped.Points().empty()) return;
     texts_.push_back(TextOf(TrPen(TrPen::Style(2), Color4b(0), 0.0)));
     Pass(clipped.Points(), clipped.Counts(), params);
@@ -172,10 +172,10 @@ class Model {
     Counts counts;
     Box2d box;
     const auto count = static_cast<unsigned int>(points.size());
-    if (GetIfRect(Region(), box)) {
+    if (GetIfRect(region_, box)) {
       tarnis::ClipPolylinesToRect(points.data(), &count, 1, box, pieces, counts);
     } else {
-      tarnis::LineClipPolygon(Region()).Clip(points.data(), count, pieces, counts);
+      tarnis::LineClipPolygon(region_).Clip(points.data(), count, pieces, counts);
     }
     std::size_t next = 0;
     for (const unsigned int size : counts) {
@@ -187,15 +187,16 @@ class Model {
     }
   }
 
-  Polygon2 Region() const {
-    Counts counts = clipPath_.Counts();
-    if (counts.empty()) counts = {static_cast<unsigned int>(clipPath_.Points().size())};
-    return {Plane(clipPath_.Points()), counts};
+  static Polygon2 RegionOf(const TrClipPath& path) {
+    if (path.Points().empty()) return {};
+    Counts counts = path.Counts();
+    if (counts.empty()) counts = {static_cast<unsigned int>(path.Points().size())};
+    return {Plane(path.Points()), counts};
   }
 
   bool Contains(const Box2d& box) const {
     const Polygon2 corners({box.min, {box.max.x, box.min.y}, box.max, {box.min.x, box.max.y}}, {4});
-    return PolygonContains(Region(), corners);
+    return PolygonContains(region_, corners);
   }
 
   static Points Plane(const std::vector<Vec3d>& points) {
@@ -209,7 +210,7 @@ class Model {
     return space;
   }
 
-  TrClipPath clipPath_;
+  Polygon2 region_;
   TrPen pen_;
   std::vector<std::string> texts_;
   std::size_t warnings_ = 0;
@@ -323,14 +324,14 @@ class Drawing {
 
 TEST(IoClippedImportFilter, DeliversWhatItsSlowModelDelivers) {
   std::size_t delivered = 0;
-  for (unsigned seed = 1; seed <= 3000; ++seed) {
+  for (unsigned seed = 1; seed <= 2000; ++seed) {
     SCOPED_TRACE(testing::Message() << "drawing " << seed);
     const CapturedLog log;
     RecordingManager manager;
     OpenFilter filter(manager);
     Model model;
     Drawing drawing(seed);
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < 25; ++i) {
       const std::unique_ptr<TrBase> object = drawing.Next();
       const std::string before = TextOf(*object);
       model.Take(*object);
@@ -341,7 +342,7 @@ TEST(IoClippedImportFilter, DeliversWhatItsSlowModelDelivers) {
     ASSERT_EQ(log.Messages().size(), model.Warnings());
     delivered += manager.Size();
   }
-  EXPECT_GT(delivered, 100'000U) << "the drawings show too little";
+  EXPECT_GT(delivered, 40'000U) << "the drawings show too little";
 }
 
 }  // namespace

@@ -57,6 +57,9 @@ class ClippedShapesTest : public ClippedTest {
   const TrPolygon& DeliveredPolygon(std::size_t i) const {
     return dynamic_cast<const TrPolygon&>(manager_.At(i));
   }
+  const std::vector<Vec3d>& DeliveredLine(std::size_t i) const {
+    return dynamic_cast<const TrPolyline&>(manager_.At(i)).Points();
+  }
 };
 
 // --- Rectangles
@@ -157,7 +160,7 @@ TEST_F(ClippedShapesTest, EllipsesOutsideArriveNotAtAll) {
 TEST_F(ClippedShapesTest, EllipsesThatCrossAreClippedAsPolygons) {
   Import(BoxPath(0, -200, 200, 200));
   Delivered(Plate(TrEllipse(Box2d(-100, -100, 100, 100))));
-  ASSERT_EQ(manager_.Size(), 5U) << "pen, area, pen, both ends of the outline";
+  ASSERT_EQ(manager_.Size(), 6U);
   EXPECT_EQ(TextOf(manager_.At(0)), kNoLine);
   EXPECT_EQ(TextOf(manager_.At(2)), kPen);
   const TrPolygon& area = DeliveredPolygon(1);
@@ -170,6 +173,13 @@ TEST_F(ClippedShapesTest, EllipsesThatCrossAreClippedAsPolygons) {
     }
     EXPECT_EQ(point.z, 0.0);
   }
+  // The outline is an open ring that starts at its rightmost point: two pieces, and what closes it.
+  EXPECT_EQ(DeliveredLine(3).front(), Vec3d(100, 0, 0));
+  EXPECT_EQ(DeliveredLine(3).back(), Vec3d(0, 100, 0));
+  EXPECT_EQ(DeliveredLine(4).front(), Vec3d(0, -100, 0));
+  EXPECT_EQ(DeliveredLine(5).size(), 2U);
+  EXPECT_EQ(DeliveredLine(5).front(), DeliveredLine(4).back());
+  EXPECT_EQ(DeliveredLine(5).back(), Vec3d(100, 0, 0));
 }
 
 TEST_F(ClippedShapesTest, EllipsesAreTurnedAboutTheirCentreCounterClockwise) {

@@ -31,11 +31,11 @@ class ExactSum {
     Add(product);
   }
 
-  int Sign() const {
-    for (std::size_t i = size_; i-- > 0;) {
-      if (terms_[i] != 0.0) return terms_[i] > 0.0 ? 1 : -1;
-    }
-    return 0;
+  // From the smallest term up, so that little is lost; the sign is right.
+  double Rounded() const {
+    double sum = 0.0;
+    for (std::size_t i = 0; i < size_; ++i) sum += terms_[i];
+    return sum;
   }
 
  private:
@@ -46,7 +46,7 @@ class ExactSum {
 }  // namespace
 
 // (a - p) x (b - p), in which p.x p.y stands twice and falls out.
-int OrientationExactly(const Vec2d& a, const Vec2d& b, const Vec2d& p) {
+double TwiceArea(const Vec2d& a, const Vec2d& b, const Vec2d& p) {
   ExactSum sum;
   sum.AddProduct(a.x, b.y);
   sum.AddProduct(-a.y, b.x);
@@ -54,7 +54,12 @@ int OrientationExactly(const Vec2d& a, const Vec2d& b, const Vec2d& p) {
   sum.AddProduct(a.y, p.x);
   sum.AddProduct(-p.x, b.y);
   sum.AddProduct(p.y, b.x);
-  return sum.Sign();
+  return sum.Rounded();
+}
+
+int OrientationExactly(const Vec2d& a, const Vec2d& b, const Vec2d& p) {
+  const double area = TwiceArea(a, b, p);
+  return area > 0.0 ? 1 : area < 0.0 ? -1 : 0;
 }
 
 }  // namespace tarnis

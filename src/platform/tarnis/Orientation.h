@@ -9,6 +9,10 @@ namespace tarnis {
 
 int OrientationExactly(const corvel::Vec2d& a, const corvel::Vec2d& b, const corvel::Vec2d& p);
 
+// (b - a) x (p - a), twice the area of the triangle that turns to the left: the exact number,
+// rounded only once or twice at its end.
+double TwiceArea(const corvel::Vec2d& a, const corvel::Vec2d& b, const corvel::Vec2d& p);
+
 // 1 if `p` lies to the left of the way from `a` to `b`, -1 to the right, 0 on the line through
 // both. Exact as long as products of two coordinates neither overflow nor underflow.
 //
@@ -23,6 +27,17 @@ inline int Orientation(const corvel::Vec2d& a, const corvel::Vec2d& b, const cor
   if (difference > error) return 1;
   if (-difference > error) return -1;
   return OrientationExactly(a, b, p);
+}
+
+// The same for a point that is a little further up than `p`, and again much less further right: 0
+// only if `a` is `b`.
+inline int PerturbedOrientation(const corvel::Vec2d& a, const corvel::Vec2d& b,
+                                const corvel::Vec2d& p) {
+  const int side = Orientation(a, b, p);
+  if (side != 0) return side;
+  if (b.x != a.x) return b.x > a.x ? 1 : -1;
+  if (b.y != a.y) return b.y > a.y ? -1 : 1;
+  return 0;
 }
 
 // Whether the point lies on the segment, its ends included.

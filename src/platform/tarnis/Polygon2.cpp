@@ -71,7 +71,7 @@ const RegionIndex& Polygon2::Index() const {
 }
 
 bool PointInPolygon(const Vec2d& point, const Polygon2& polygon) {
-  return polygon.Index().Contains(point);
+  return polygon.Index().PlaceOf(point) != Place::kOutside;
 }
 
 Box2d GetBoundingBox(const Polygon2& polygon) {

@@ -28,37 +28,26 @@ std::size_t ColumnsFor(double width, double height, std::size_t cells) {
   return static_cast<std::size_t>(std::clamp(columns, 1.0, static_cast<double>(cells)));
 }
 
+// Whether the way straight up, between two points that are displaced as in PerturbedOrientation,
+// crosses the edge.
+bool CrossesUpward(const Edge& edge, double x, double fromY, double toY) {
+  if ((edge.a.x <= x) == (edge.b.x <= x)) return false;
+  return PerturbedOrientation(edge.a, edge.b, {x, fromY}) !=
+         PerturbedOrientation(edge.a, edge.b, {x, toY});
+}
+
+void SortOnce(std::vector<std::uint32_t>& edges) {
+  std::sort(edges.begin(), edges.end());
+  edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
+}
+
 }  // namespace
-
-void RegionIndex::Axis::Divide(double low, double high, std::size_t cells) {
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  const double margin = (high - low) / 1024;
-  const double first = std::fmin(low - margin, std::nextafter(low, -kInfinity));
-  const double last = std::fmax(high + margin, std::nextafter(high, kInfinity));
-  lines_.assign(1, first);
-  for (std::size_t i = 1; i < cells; ++i) {
-    const double share = static_cast<double>(i) / static_cast<double>(cells);
-    const double line = first * (1.0 - share) + last * share;
-    if (line > lines_.back() && line < last) lines_.push_back(line);
-  }
-  lines_.push_back(last);
-  cellsPerUnit_ = static_cast<double>(Cells()) / (last - first);
-}
-
-std::size_t RegionIndex::Axis::CellOf(double value) const {
-  if (!(value > lines_.front())) return 0;
-  if (value >= lines_.back()) return Cells() - 1;
-  const double guess = (value - lines_.front()) * cellsPerUnit_;
-  std::size_t cell = std::min(static_cast<std::size_t>(guess), Cells() - 1);
-  while (value < lines_[cell]) --cell;
-  while (value >= lines_[cell + 1]) ++cell;
-  return cell;
-}
 
 RegionIndex::RegionIndex(const Polygon2& region) {
   TakeEdges(region);
   if (edges_.empty()) return;
-  DivideBox(GetBoundingBox(region));
+  box_ = GetBoundingBox(region);
+  DivideBox();
   ListEdges();
   NoteCorners();
 }
@@ -67,17 +56,25 @@ void RegionIndex::TakeEdges(const Polygon2& region) {
   edges_.reserve(region.Points().size());
   const Vec2d* ring = region.Points().data();
   for (const unsigned int count : region.Counts()) {
+    if (count == 0) continue;
+    rings_.push_back(static_cast<std::uint32_t>(edges_.size()));
     for (unsigned int i = 0; i < count; ++i) {
       edges_.push_back({ring[i], ring[i + 1 < count ? i + 1 : 0]});
     }
     ring += count;
   }
+  rings_.push_back(static_cast<std::uint32_t>(edges_.size()));
 }
 
-void RegionIndex::DivideBox(const Box2d& box) {
+std::pair<std::uint32_t, std::uint32_t> RegionIndex::RingOf(std::uint32_t edge) const {
+  const auto after = std::upper_bound(rings_.begin(), rings_.end(), edge);
+  return {*(after - 1), *after};
+}
+
+void RegionIndex::DivideBox() {
   const std::size_t cells = std::min(kCellsForAnEdge * edges_.size(), kMostCells);
-  const double width = box.Width();
-  const double height = box.Height();
+  const double width = box_.Width();
+  const double height = box_.Height();
   const std::size_t columns = ColumnsFor(width, height, cells);
   const std::size_t rows = std::max<std::size_t>(cells / columns, 1);
   // How often the edges will pass from one cell to the next.
@@ -93,8 +90,8 @@ void RegionIndex::DivideBox(const Box2d& box) {
   const auto part = [share](std::size_t count) {
     return std::max<std::size_t>(1, static_cast<std::size_t>(static_cast<double>(count) * share));
   };
-  columns_.Divide(box.min.x, box.max.x, part(columns));
-  rows_.Divide(box.min.y, box.max.y, part(rows));
+  columns_.Divide(box_.min.x, box_.max.x, part(columns));
+  rows_.Divide(box_.min.y, box_.max.y, part(rows));
 }
 
 // Gives `take` each cell that the edge comes near, and perhaps some that it does not.
@@ -159,29 +156,9 @@ void RegionIndex::NoteCorners() {
   }
 }
 
-// The side of the edge on which a point lies that is a little further up than the given one, and
-// again much less further right: never on the edge, unless that is a point.
-int RegionIndex::PerturbedSide(const Edge& edge, const Vec2d& point) {
-  const int side = Orientation(edge.a, edge.b, point);
-  if (side != 0) return side;
-  if (edge.b.x != edge.a.x) return edge.b.x > edge.a.x ? 1 : -1;
-  return edge.b.y > edge.a.y ? -1 : 1;
-}
-
-// Whether the way straight up, between two points that are displaced as above, crosses the edge.
-bool RegionIndex::CrossesUpward(const Edge& edge, double x, double fromY, double toY) {
-  if ((edge.a.x <= x) == (edge.b.x <= x)) return false;
-  return PerturbedSide(edge, {x, fromY}) != PerturbedSide(edge, {x, toY});
-}
-
-// The same for the way along x, to a point that is on no edge.
-bool RegionIndex::CrossesAlong(const Edge& edge, const Vec2d& from, const Vec2d& to) {
-  if ((edge.a.y <= to.y) == (edge.b.y <= to.y)) return false;
-  return PerturbedSide(edge, from) != Orientation(edge.a, edge.b, to);
-}
-
-bool RegionIndex::Contains(const Vec2d& point) const {
-  if (!columns_.Covers(point.x) || !rows_.Covers(point.y)) return false;
+// Whether the point is inside, if `side` tells its side of each edge.
+template <class Side>
+bool RegionIndex::Parity(const Vec2d& point, const Side& side) const {
   const std::size_t column = columns_.CellOf(point.x);
   const std::size_t row = rows_.CellOf(point.y);
   const std::size_t cell = Cell(column, row);
@@ -190,11 +167,59 @@ bool RegionIndex::Contains(const Vec2d& point) const {
   const Vec2d turn(columns_.Line(column), point.y);
   for (const std::uint32_t index : EdgesOf(cell)) {
     const Edge& edge = edges_[index];
-    if (IsOnSegment(point, edge.a, edge.b)) return true;
     isInside ^= CrossesUpward(edge, turn.x, rows_.Line(row), turn.y);
-    isInside ^= CrossesAlong(edge, turn, point);
+    if ((edge.a.y <= point.y) == (edge.b.y <= point.y)) continue;
+    isInside ^= PerturbedOrientation(edge.a, edge.b, turn) != side(edge.a, edge.b, point);
   }
   return isInside;
+}
+
+Place RegionIndex::PlaceOf(const Vec2d& point) const {
+  if (!Covers(point)) return Place::kOutside;
+  for (const std::uint32_t index : EdgesOf(CellAround(point))) {
+    if (IsOnSegment(point, edges_[index].a, edges_[index].b)) return Place::kBoundary;
+  }
+  const auto side = [](const auto& a, const auto& b, const auto& p) {
+    return Orientation(a, b, p);
+  };
+  return Parity(point, side) ? Place::kInside : Place::kOutside;
+}
+
+bool RegionIndex::IsPerturbedInside(const Vec2d& point) const {
+  const auto side = [](const auto& a, const auto& b, const auto& p) {
+    return PerturbedOrientation(a, b, p);
+  };
+  return Covers(point) && Parity(point, side);
+}
+
+void RegionIndex::EdgesNear(const Box2d& box, std::vector<std::uint32_t>& edges) const {
+  edges.clear();
+  const bool isBeside = !(box.min.x <= box_.max.x && box.max.x >= box_.min.x &&
+                          box.min.y <= box_.max.y && box.max.y >= box_.min.y);
+  if (isBeside) return;
+  const std::size_t first = columns_.CellOf(box.min.x);
+  const std::size_t last = columns_.CellOf(box.max.x);
+  const std::size_t lastRow = rows_.CellOf(box.max.y);
+  for (std::size_t row = rows_.CellOf(box.min.y); row <= lastRow; ++row) {
+    // The lists of the cells of a row lie one after the other.
+    edges.insert(edges.end(), listed_.begin() + starts_[Cell(first, row)],
+                 listed_.begin() + starts_[Cell(last, row) + 1]);
+  }
+  SortOnce(edges);
+}
+
+void RegionIndex::EdgesNear(const Edge& segment, std::vector<std::uint32_t>& edges) const {
+  edges.clear();
+  const bool isBeside = std::fmax(segment.a.x, segment.b.x) < box_.min.x ||
+                        std::fmin(segment.a.x, segment.b.x) > box_.max.x ||
+                        std::fmax(segment.a.y, segment.b.y) < box_.min.y ||
+                        std::fmin(segment.a.y, segment.b.y) > box_.max.y;
+  if (isBeside) return;
+  ForEachCellOf(segment, [&](std::size_t cell) {
+    const auto here = EdgesOf(cell);
+    edges.insert(edges.end(), here.begin(), here.end());
+  });
+  SortOnce(edges);
 }
 
 }  // namespace tarnis

@@ -10,6 +10,7 @@
 #include <quillon/TrClipPath.h>
 #include <quillon/TrEllipse.h>
 #include <quillon/TrFont.h>
+#include <quillon/TrImage.h>
 #include <quillon/TrMarkerSet.h>
 #include <quillon/TrMetafile.h>
 #include <quillon/TrPen.h>
@@ -28,8 +29,9 @@ namespace {
 template <class Object>
 class TrObjects : public testing::Test {};
 
-using Classes = testing::Types<TrBrush, TrClipPath, TrEllipse, TrFont, TrMarkerSet, TrMetafile,
-                               TrPen, TrPolygon, TrPolyline, TrRectangle, TrText, TrUniformLattice>;
+using Classes =
+    testing::Types<TrBrush, TrClipPath, TrEllipse, TrFont, TrImage, TrMarkerSet, TrMetafile, TrPen,
+                   TrPolygon, TrPolyline, TrRectangle, TrText, TrUniformLattice>;
 TYPED_TEST_SUITE(TrObjects, Classes);
 
 template <class Object>
@@ -83,14 +85,14 @@ TYPED_TEST(TrObjects, AreAssignedWithTheirParameters) {
 
 TEST(TrObjectClasses, HaveDifferentRecords) {
   const std::set<const corvel::CTypeInfo*> records = {
-      TrBase::GetClassTypeId(),          TrBrush::GetClassTypeId(),
-      TrClipPath::GetClassTypeId(),      TrEllipse::GetClassTypeId(),
-      TrFont::GetClassTypeId(),          TrMarkerSet::GetClassTypeId(),
-      TrMetafile::GetClassTypeId(),      TrPen::GetClassTypeId(),
-      TrPolygon::GetClassTypeId(),       TrPolyline::GetClassTypeId(),
-      TrRectangle::GetClassTypeId(),     TrText::GetClassTypeId(),
-      TrUniformLattice::GetClassTypeId()};
-  EXPECT_EQ(records.size(), 13U);
+      TrBase::GetClassTypeId(),      TrBrush::GetClassTypeId(),
+      TrClipPath::GetClassTypeId(),  TrEllipse::GetClassTypeId(),
+      TrFont::GetClassTypeId(),      TrImage::GetClassTypeId(),
+      TrMarkerSet::GetClassTypeId(), TrMetafile::GetClassTypeId(),
+      TrPen::GetClassTypeId(),       TrPolygon::GetClassTypeId(),
+      TrPolyline::GetClassTypeId(),  TrRectangle::GetClassTypeId(),
+      TrText::GetClassTypeId(),      TrUniformLattice::GetClassTypeId()};
+  EXPECT_EQ(records.size(), 14U);
 }
 
 TEST(TrBase, KeepsTheOrderOfItsVirtualOperations) {

@@ -1,0 +1,58 @@
+#include "IntegerGrid.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnis {
+
+using corvel::Box2d;
+using corvel::Vec2d;
+
+namespace {
+
+// Numbers of at most 52 bits, so that rounding up still stays below 2^53.
+constexpr int kBits = 52;
+
+// Steps of the grid that are finer than the smallest double would not be numbers.
+constexpr int kMostExponent = 1000;
+
+}  // namespace
+
+// Halves first: the width of a box may be larger than any double.
+IntegerGrid::IntegerGrid(const Box2d& box)
+    : center_(box.min.x / 2 + box.max.x / 2, box.min.y / 2 + box.max.y / 2) {
+  const double half = std::fmax(box.max.x / 2 - box.min.x / 2, box.max.y / 2 - box.min.y / 2);
+  int bits = 0;
+  std::frexp(half, &bits);
+  exponent_ = half > 0.0 ? std::min(kBits - bits, kMostExponent) : 0;
+}
+
+IntegerGrid::Point IntegerGrid::Nearest(const Vec2d& point) const {
+  return {std::llrint(std::ldexp(point.x - center_.x, exponent_)),
+          std::llrint(std::ldexp(point.y - center_.y, exponent_))};
+}
+
+Vec2d IntegerGrid::Place(const Point& point) const {
+  return {center_.x + std::ldexp(static_cast<double>(point.x), -exponent_),
+          center_.y + std::ldexp(static_cast<double>(point.y), -exponent_)};
+}
+
+void GridVertices::Add(const Polygon2& polygon) {
+  vertices_.reserve(vertices_.size() + polygon.Points().size());
+  for (const Vec2d& point : polygon.Points()) vertices_.emplace_back(grid_.Nearest(point), point);
+}
+
+void GridVertices::Sort() {
+  std::stable_sort(vertices_.begin(), vertices_.end(),
+                   [](const auto& one, const auto& other) { return one.first < other.first; });
+}
+
+Vec2d GridVertices::At(const IntegerGrid::Point& point) const {
+  const auto found =
+      std::lower_bound(vertices_.begin(), vertices_.end(), point,
+                       [](const auto& vertex, const auto& p) { return vertex.first < p; });
+  const bool isVertex = found != vertices_.end() && found->first == point;
+  return isVertex ? found->second : grid_.Place(point);
+}
+
+}  // namespace tarnis

@@ -1,0 +1,66 @@
+// A line of two points, cut where it crosses the boundary of a region.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <corvel/Geometry.h>
+
+#include "RegionIndex.h"
+
+namespace tarnis {
+
+// A point of a segment.
+struct Cut {
+  double t;  // from 0 at its start to 1 at its end
+  corvel::Vec2d point;
+};
+
+// A part of a segment, from < to.
+struct Span {
+  Cut from, to;
+};
+
+// Goes along a line, segment by segment. What lies where is decided without error of rounding; only
+// the crossings are rounded.
+class SegmentCutter {
+ public:
+  explicit SegmentCutter(const RegionIndex& index) : index_(index) {}
+
+  // Begins at a point.
+  void MoveTo(const corvel::Vec2d& point);
+
+  // Goes on to another point, and finds the parts of the way that are inside.
+  //
+  // REQUIRES: it is not the point where the cutter is.
+  void LineTo(const corvel::Vec2d& point);
+
+  // Where the cutter is.
+  Place Here() const { return place_; }
+
+  // Of the last way, each as long as it can be, in its order. Parts along the boundary belong to
+  // them.
+  const std::vector<Span>& Inside() const { return inside_; }
+
+  // Of the last way, those parts whose left side is inside: of which a strip to the left is.
+  const std::vector<Span>& InsideLeft() const { return insideLeft_; }
+
+ private:
+  bool StartParity(const corvel::Vec2d& to) const;
+  void MeetEdge(const Edge& edge, const corvel::Vec2d& to);
+  void FollowEdge(const Edge& edge, const corvel::Vec2d& to);
+  void CrossEdge(const Edge& edge, const corvel::Vec2d& to, int sideOfA, int sideOfB);
+  void NoteInsideLeft(bool isInside, const corvel::Vec2d& to);
+  void UniteSpans();
+
+  const RegionIndex& index_;
+  corvel::Vec2d here_;
+  Place place_ = Place::kOutside;
+  std::vector<std::uint32_t> edges_;  // near the way
+  std::vector<Cut> crossings_;
+  std::vector<Span> insideLeft_;
+  std::vector<Span> inside_;
+  bool isAtEdge_ = false;  // the end of the way touches an edge
+};
+
+}  // namespace tarnis

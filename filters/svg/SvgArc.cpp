@@ -18,9 +18,7 @@ struct Ellipse {
   Vec2d At(double angle) const {
     return center + xAxis * std::cos(angle) + yAxis * std::sin(angle);
   }
-  Vec2d Tangent(double angle) const {
-    return xAxis * -std::sin(angle) + yAxis * std::cos(angle);
-  }
+  Vec2d Tangent(double angle) const { return xAxis * -std::sin(angle) + yAxis * std::cos(angle); }
 };
 
 // Half the way between the ends, in the space in which the ellipse is the unit circle.

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include <corvel/Color.h>
 #include <pugixml.hpp>
+#include <corvel/Color.h>
 
 #include "filters/svg/SvgColor.h"
 #include "filters/svg/SvgNumbers.h"
@@ -45,8 +45,8 @@ struct ComputedStyle {
   bool isStruckOut = false;
   bool isDisplayed = true;
   double opacity = 1.0;
-  std::string clipPath;          // the id; empty: none
-  bool hasUnknownClip = false;   // clipped by something else than a clip path
+  std::string clipPath;         // the id; empty: none
+  bool hasUnknownClip = false;  // clipped by something else than a clip path
   bool hasMask = false;
   bool hasFilter = false;
   bool isOverflowVisible = false;

@@ -4,9 +4,9 @@
 #include <optional>
 #include <vector>
 
+#include <pugixml.hpp>
 #include <corvel/Geometry.h>
 #include <corvel/Matrix.h>
-#include <pugixml.hpp>
 
 #include "filters/svg/SvgComputedStyle.h"
 #include "filters/svg/SvgDocument.h"
@@ -17,10 +17,10 @@ namespace trovan::filters {
 
 struct SvgContext {
   ComputedStyle style;
-  corvel::Mat3d map;      // from user space into the units of the drawing
-  LengthBasis basis;      // what lengths of the element's attributes are relative to
-  double opacity = 1.0;   // that of all groups around, and of the element itself
-  std::optional<double> width;   // what "use" wants of a "symbol" or "svg"
+  corvel::Mat3d map;            // from user space into the units of the drawing
+  LengthBasis basis;            // what lengths of the element's attributes are relative to
+  double opacity = 1.0;         // that of all groups around, and of the element itself
+  std::optional<double> width;  // what "use" wants of a "symbol" or "svg"
   std::optional<double> height;
 
   // Set where the element cuts what it draws to its viewport: its corners in the drawing.

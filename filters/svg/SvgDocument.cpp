@@ -76,7 +76,8 @@ SvgDocument::SvgDocument(std::string_view bytes, std::string name)
 }
 
 void SvgDocument::Fail(std::string_view text, std::ptrdiff_t offset, const char* what) const {
-  const TextPlace place = PlaceOf(text, static_cast<std::size_t>(std::max<std::ptrdiff_t>(offset, 0)));
+  const TextPlace place =
+      PlaceOf(text, static_cast<std::size_t>(std::max<std::ptrdiff_t>(offset, 0)));
   throw FilterError(name_ + ", line " + std::to_string(place.line) + ", column " +
                     std::to_string(place.column) + ": this is no SVG document (" + what +
                     "). Check that the file is whole and not compressed.");

@@ -65,8 +65,8 @@ class Expander {
       if (mark == std::string_view::npos) return;
       text.remove_prefix(mark);
       const std::size_t end = text.find(';');
-      const auto entity = end == std::string_view::npos ? entities_.end()
-                                                        : entities_.find(text.substr(1, end - 1));
+      const auto entity =
+          end == std::string_view::npos ? entities_.end() : entities_.find(text.substr(1, end - 1));
       if (entity == entities_.end()) {
         AppendPlain(text.substr(0, 1));
         text.remove_prefix(1);
@@ -101,8 +101,7 @@ std::optional<std::string> WithEntities(std::string_view document, const std::st
   const std::string_view subset = InternalSubset(document);
   const Entities entities = ReadEntities(subset);
   if (entities.empty()) return {};
-  const auto subsetEnd =
-      static_cast<std::size_t>(subset.data() - document.data()) + subset.size();
+  const auto subsetEnd = static_cast<std::size_t>(subset.data() - document.data()) + subset.size();
   Expander expander(entities, name, kFreeGrowth + kGrowthFactor * document.size());
   expander.Append(document.substr(subsetEnd), 0);
   return std::string(document.substr(0, subsetEnd)) + expander.Finish();

@@ -60,8 +60,7 @@ std::optional<FontShorthand> ParseFontShorthand(std::string_view text, double pa
       font.weight = *weight;
     } else if (weight && word != "normal") {
       font.weight = *weight;
-    } else if (const auto size =
-                   ParseFontSize(word.substr(0, word.find('/')), parentSize, basis)) {
+    } else if (const auto size = ParseFontSize(word.substr(0, word.find('/')), parentSize, basis)) {
       font.size = *size;
       font.family = std::string(TrimSpace(scanner.Rest()));
       if (font.family.empty()) return {};

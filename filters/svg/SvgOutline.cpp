@@ -47,9 +47,13 @@ void SvgOutline::Close() {
   lines_.back().hasPieces = true;
 }
 
-corvel::Box2d SvgOutline::Bounds() const {
+corvel::Box2d SvgOutline::Bounds(const corvel::Mat3d& map) const {
   corvel::Box2d box;
-  for (const Line& line : lines_) box |= line.path.GetBounds();
+  for (const Line& line : lines_) {
+    velum::Path path = line.path;
+    path.Transform(map);
+    box |= path.GetBounds();
+  }
   return box;
 }
 

@@ -41,8 +41,8 @@ class SvgOutline {
   // Ends the line at its start.
   void Close();
 
-  // The smallest box around the curves; the empty box if there are none.
-  corvel::Box2d Bounds() const;
+  // The smallest box around the curves under the map; the empty box if there are none.
+  corvel::Box2d Bounds(const corvel::Mat3d& map = {}) const;
 
   // The lines under the map, which takes them into the units of the drawing, where no curve is
   // further than 0.25 from its line. A start alone is no line.

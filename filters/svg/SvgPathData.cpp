@@ -106,9 +106,7 @@ class PathReader {
     return true;
   }
 
-  bool ReadPoint(Vec2d& point) {
-    return ReadOne(point.x, here_.x) && ReadOne(point.y, here_.y);
-  }
+  bool ReadPoint(Vec2d& point) { return ReadOne(point.x, here_.x) && ReadOne(point.y, here_.y); }
 
   // Behind a closed line the next one starts where that one did.
   void StartIfClosed() {

@@ -114,8 +114,8 @@ SvgShape MakePolyline(const pugi::xml_node& node, bool isClosed) {
   SvgShape shape;
   bool isWhole = true;
   std::vector<double> numbers = ParseNumbers(Attribute(node, "points"), &isWhole);
-  const auto* const infinite = std::find_if(
-      numbers.data(), numbers.data() + numbers.size(), [](double n) { return !std::isfinite(n); });
+  const auto* const infinite = std::find_if(numbers.data(), numbers.data() + numbers.size(),
+                                            [](double n) { return !std::isfinite(n); });
   const auto finite = static_cast<std::size_t>(infinite - numbers.data());
   if (finite < numbers.size()) isWhole = false;
   numbers.resize(finite - finite % 2);

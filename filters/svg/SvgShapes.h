@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include <corvel/Geometry.h>
 #include <pugixml.hpp>
+#include <corvel/Geometry.h>
 
 #include "filters/svg/SvgNumbers.h"
 #include "filters/svg/SvgOutline.h"

@@ -84,8 +84,7 @@ void TakeImportant(SvgDeclaration& declaration) {
   const std::string_view word = TrimSpace(std::string_view(declaration.value).substr(mark + 1));
   if (!EqualsIgnoringCase(word, "important")) return;
   declaration.isImportant = true;
-  declaration.value =
-      std::string(TrimSpace(std::string_view(declaration.value).substr(0, mark)));
+  declaration.value = std::string(TrimSpace(std::string_view(declaration.value).substr(0, mark)));
 }
 
 }  // namespace

@@ -67,7 +67,11 @@ corvel::Mat3d FitInto(const corvel::Box2d& box, const corvel::Box2d& space,
   if (ratio.isKept) x = y = ratio.isSliced ? std::max(x, y) : std::min(x, y);
   const double xSpare = space.Width() - box.Width() * x;
   const double ySpare = space.Height() - box.Height() * y;
-  return {x, 0, 0, y, space.min.x + xSpare * ratio.xAlign - box.min.x * x,
+  return {x,
+          0,
+          0,
+          y,
+          space.min.x + xSpare * ratio.xAlign - box.min.x * x,
           space.min.y + ySpare * ratio.yAlign - box.min.y * y};
 }
 

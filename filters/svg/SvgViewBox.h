@@ -15,9 +15,9 @@ std::optional<corvel::Box2d> ParseViewBox(std::string_view text);
 
 // The attribute "preserveAspectRatio".
 struct AspectRatio {
-  double xAlign = 0.5;  // 0: to the left, 1: to the right
-  double yAlign = 0.5;  // 0: to the top
-  bool isKept = true;   // false: stretched along each axis by itself
+  double xAlign = 0.5;    // 0: to the left, 1: to the right
+  double yAlign = 0.5;    // 0: to the top
+  bool isKept = true;     // false: stretched along each axis by itself
   bool isSliced = false;  // covers the space, instead of lying within it
 };
 

@@ -62,6 +62,9 @@ class DrawingFilter : private CountedDelivery, public IoClippedImportFilter {
 
   void Remark(std::string message) { remarks_.Add(std::move(message)); }
 
+  // For helpers that remark on things themselves.
+  Problems& RemarkList() { return remarks_; }
+
   // `fraction` of the work is done. Raises quillon::AbortError when the user wants to stop.
   void ReportProgress(double fraction);
 

@@ -7,7 +7,7 @@
 #include "filters/support/FilterError.h"
 #include "filters/support/NumberText.h"
 #include "filters/table/FieldText.h"
-#include "filters/table/StoredIntegers.h"
+#include "filters/support/StoredNumbers.h"
 
 namespace trovan::filters {
 namespace {

@@ -76,6 +76,12 @@ class Cutter {
       const Vec2d here = from + unit * done;
       const bool wasDash = pattern_.IsDash();
       pattern_.Next();
+      // Without a gap one dash goes on as the next.
+      const bool goesOn = wasDash && pattern_.Rest() == 0.0;
+      if (goesOn) {
+        pattern_.Next();
+        continue;
+      }
       if (wasDash) {
         AddPoint(here, to - from);
         EndDash();

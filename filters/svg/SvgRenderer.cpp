@@ -13,6 +13,7 @@
 #include "SvgAreas.h"
 #include "SvgElement.h"
 #include "SvgPaints.h"
+#include "SvgStroker.h"
 #include "SvgStrokes.h"
 #include "SvgTextLayout.h"
 #include "SvgTexts.h"
@@ -168,10 +169,22 @@ void SvgRenderer::DrawShape(const pugi::xml_node& node, const SvgShape& shape,
   }
   const auto color = StrokeColor(node, context, document_, remarks_);
   if (!color) return;
-  const SvgStroke stroke = StrokeOf(node, context, *color, remarks_);
+  DrawLines(node, lines, context, *color);
+}
+
+// The document's own clip paths cut strokes in their whole width, as areas. To the outer region it
+// is lines that are cut, whose pen then ends where it does.
+void SvgRenderer::DrawLines(const pugi::xml_node& node, const std::vector<FlatLine>& lines,
+                            const SvgContext& context, const Color4b& color) {
+  const SvgStroke stroke = StrokeOf(node, context, color, remarks_);
   if (!std::isfinite(stroke.width)) return;
-  for (const auto& line : StrokeLines(node, context, lines, painter_.Clips().Region(), remarks_)) {
-    painter_.DrawLine(line, stroke);
+  const SvgClipStack& clips = painter_.Clips();
+  for (const auto& line : StrokeLines(node, context, lines, clips.Region(), remarks_)) {
+    if (clips.IsInner() && MayBeCut(line, Reach(stroke), clips.Region())) {
+      painter_.FillArea(StrokedArea(line, stroke), color);
+    } else {
+      painter_.DrawLine(line, stroke);
+    }
   }
 }
 

@@ -40,6 +40,8 @@ class SvgRenderer {
   void Fill(const SvgShape& shape, const std::vector<FlatLine>& lines, const SvgContext& context,
             const corvel::Color4b& color);
   bool FillPlainly(const SvgShape& shape, const SvgContext& context, const corvel::Color4b& color);
+  void DrawLines(const pugi::xml_node& node, const std::vector<FlatLine>& lines,
+                 const SvgContext& context, const corvel::Color4b& color);
   void DrawTexts(const pugi::xml_node& node, const SvgContext& context);
   void DrawImage(const pugi::xml_node& node, const SvgContext& context);
   void NoteOmissions(const pugi::xml_node& node, const SvgContext& context);

@@ -92,13 +92,15 @@ Box2d Upright(const Box2d& box) {
 
 }  // namespace
 
-SvgWriter::SvgWriter(ByteSink& sink, const SvgPage& page, Attributes attributes)
+SvgWriter::SvgWriter(ByteSink& sink, Attributes attributes)
     : out_(sink),
-      coordinates_(page),
       keepsAttributes_(attributes == Attributes::kKeep),
-      markerRadius_(MarkerRadius(page)),
       style_(coordinates_),
-      runs_(out_) {
+      runs_(out_) {}
+
+void SvgWriter::Begin(const SvgPage& page) {
+  coordinates_ = PageCoordinates(page);
+  markerRadius_ = MarkerRadius(page);
   out_.Put(Root(page, coordinates_));
 }
 

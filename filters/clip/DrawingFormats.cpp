@@ -11,6 +11,7 @@
 #include "filters/geometry/ShapeImportFilter.h"
 #include "filters/support/FilterError.h"
 #include "filters/support/InputFile.h"
+#include "filters/svg/SvgImportFilter.h"
 
 namespace trovan::filters {
 namespace {
@@ -58,6 +59,37 @@ class MapDrawing : public Drawing {
   MapFilter filter_;
 };
 
+// A document: its coordinates have y down, and those of the drawing are scaled.
+class SvgDrawing : public Drawing {
+ public:
+  SvgDrawing(std::wstring path, const DrawingOptions&, quillon::IoManager& manager)
+      : path_(std::move(path)), filter_(manager) {
+    filter_.Open(path_);
+  }
+
+  DrawingFilter& Filter() override { return filter_; }
+  void Import() override { filter_.ImportFromFile(path_, false); }
+  Polygon2 ToDrawing(const Polygon2& region) const override {
+    return Scaled(region, filter_.Scale());
+  }
+  Polygon2 ToFile(const Polygon2& region) const override {
+    return Scaled(region, 1.0 / filter_.Scale());
+  }
+  // The page stays as it is.
+  SvgPage Page(const Box2d&) override { return filter_.Page(); }
+
+ private:
+  // Exact: scales are powers of two.
+  static Polygon2 Scaled(const Polygon2& region, double scale) {
+    std::vector<corvel::Vec2d> points = region.Points();
+    for (corvel::Vec2d& point : points) point = {point.x * scale, -point.y * scale};
+    return {std::move(points), region.Counts()};
+  }
+
+  std::wstring path_;
+  SvgImportFilter filter_;
+};
+
 struct Format {
   std::unique_ptr<Drawing> (*open)(const std::wstring& path, const DrawingOptions& options,
                                    quillon::IoManager& manager);
@@ -87,6 +119,7 @@ Format FormatOf() {
 
 const std::vector<Format>& Formats() {
   static const std::vector<Format> formats = {
+      FormatOf<SvgImportFilter, SvgDrawing>(),
       FormatOf<GeoJsonImportFilter, MapDrawing<GeoJsonImportFilter>>(),
       FormatOf<ShapeImportFilter, MapDrawing<ShapeImportFilter>>(),
   };

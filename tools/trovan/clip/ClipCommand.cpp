@@ -168,9 +168,10 @@ void AddClipCommand(CLI::App& app, std::function<int()>& work) {
   command->footer(std::string(kFooter) + "\n\n" + command->get_footer());
   auto arguments = std::make_shared<Arguments>();
   command
-      ->add_option("file", arguments->file,
-                   "The drawing: GeoJSON (.geojson, .json) or a shapefile (.shp), by its name or "
-                   "else by its content")
+      ->add_option(
+          "file", arguments->file,
+          "The drawing: SVG (.svg), GeoJSON (.geojson, .json) or a shapefile (.shp), by its "
+          "name or else by its content")
       ->required();
   auto* output = command
                      ->add_option("output", arguments->output,

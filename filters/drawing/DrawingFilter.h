@@ -46,7 +46,8 @@ class DrawingFilter : private CountedDelivery, public IoClippedImportFilter {
   // What has become of the objects so far.
   const ClipStatistics& Statistics() const { return counter_.Statistics(); }
 
-  // What could not be taken over, in words, so far.
+  // In words, so far: what is lost of the drawing, and what is odd or only nearly as it was.
+  const Problems& Losses() const { return losses_; }
   const Problems& Remarks() const { return remarks_; }
 
  protected:
@@ -60,10 +61,11 @@ class DrawingFilter : private CountedDelivery, public IoClippedImportFilter {
   // What SetRegion was given last.
   const tarnis::Polygon2& Region() const { return region_; }
 
+  void NoteLoss(std::string message) { losses_.Add(std::move(message)); }
   void Remark(std::string message) { remarks_.Add(std::move(message)); }
 
-  // For helpers that remark on things themselves.
-  Problems& RemarkList() { return remarks_; }
+  // For helpers that note losses themselves.
+  Problems& LossList() { return losses_; }
 
   // `fraction` of the work is done. Raises quillon::AbortError when the user wants to stop.
   void ReportProgress(double fraction);
@@ -71,6 +73,7 @@ class DrawingFilter : private CountedDelivery, public IoClippedImportFilter {
  private:
   tarnis::Polygon2 region_;
   corvel::IProgress* progress_ = nullptr;
+  Problems losses_;
   Problems remarks_;
 };
 

@@ -12,6 +12,8 @@ namespace trovan::filters {
 
 class PageCoordinates {
  public:
+  // Those of the page as SvgPage has it at first: the same but for the direction of y.
+  PageCoordinates() = default;
   explicit PageCoordinates(const SvgPage& page) : page_(page) {}
 
   // The place on the page in its user units.

@@ -23,7 +23,10 @@ SvgPage MapPage(const corvel::Box2d& extent) {
   // on which they are a point.
   page.scale = larger / (kLongerSide - 2 * kMargin);
   if (!std::isnormal(page.scale)) page.scale = 1.0;
-  const auto side = [&](double length) { return std::ceil(length / page.scale) + 2 * kMargin; };
+  // Whole units, but for errors of rounding.
+  const auto side = [&](double length) {
+    return std::ceil(length / page.scale - 1e-6) + 2 * kMargin;
+  };
   const corvel::Vec2d size(side(extent.Width()), side(extent.Height()));
   page.viewBox = corvel::Box2d(0, 0, size.x, size.y);
   page.width = ShortestText(size.x);

@@ -92,13 +92,15 @@ Box2d Upright(const Box2d& box) {
 
 }  // namespace
 
-SvgWriter::SvgWriter(ByteSink& sink, const SvgPage& page, Attributes attributes)
+SvgWriter::SvgWriter(ByteSink& sink, Attributes attributes)
     : out_(sink),
-      coordinates_(page),
       keepsAttributes_(attributes == Attributes::kKeep),
-      markerRadius_(MarkerRadius(page)),
       style_(coordinates_),
-      runs_(out_) {
+      runs_(out_) {}
+
+void SvgWriter::Begin(const SvgPage& page) {
+  coordinates_ = PageCoordinates(page);
+  markerRadius_ = MarkerRadius(page);
   out_.Put(Root(page, coordinates_));
 }
 
@@ -196,7 +198,8 @@ void SvgWriter::Write(const quillon::TrEllipse& ellipse) {
   const Box2d box = Upright(ellipse.Box());
   if (box.Width() == 0.0 || box.Height() == 0.0) return WriteFlat(ellipse, box, ellipse.Angle());
   const Vec2d center = coordinates_.ToPage(box.Center());
-  std::string rest = Data(ellipse) + style_.ThinLine() + Place("cx", "cy", center);
+  std::string rest =
+      Data(ellipse) + style_.ThinLine() + Number("cx", center.x) + Number("cy", center.y);
   const double xRadius = coordinates_.LengthToPage(box.Width() / 2);
   const double yRadius = coordinates_.LengthToPage(box.Height() / 2);
   // Compared as they are written: bounds have errors of rounding.
@@ -281,7 +284,7 @@ std::string SvgWriter::Turn(double angle, const Vec2d& center) const {
   AppendRounded(text, -angle * 180.0 / std::numbers::pi, kDecimals);
   for (const double value : {center.x, center.y}) {
     text += ' ';
-    coordinates_.AppendPlace(text, value);
+    coordinates_.AppendDerived(text, value);
   }
   return text + ")\"";
 }

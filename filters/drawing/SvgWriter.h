@@ -1,7 +1,8 @@
 // Draws what arrives into an SVG document (W3C, "Scalable Vector Graphics 1.1", second edition).
 //
-//   SvgWriter writer(sink, SvgPage{...});
+//   SvgWriter writer(sink);
 //   SomeFilter filter(writer);
+//   writer.Begin(page);
 //   filter.ImportFromFile(path, false);
 //   writer.End();
 #pragma once
@@ -44,8 +45,11 @@ class SvgWriter : public quillon::IoManager {
     kKeep,  // parameters of objects become attributes "data-<key>"
   };
 
-  // Begins the document. `sink` outlives the writer.
-  SvgWriter(ByteSink& sink, const SvgPage& page, Attributes attributes = Attributes::kLeaveOut);
+  // `sink` outlives the writer.
+  explicit SvgWriter(ByteSink& sink, Attributes attributes = Attributes::kLeaveOut);
+
+  // Begins the document: once, before the first object.
+  void Begin(const SvgPage& page);
 
   // Raises quillon::InvalidObject when the object contradicts itself, and what the sink raises.
   void ImportObject(quillon::TrBase& object) override;
@@ -79,7 +83,7 @@ class SvgWriter : public quillon::IoManager {
   OutputBuffer out_;
   PageCoordinates coordinates_;
   bool keepsAttributes_;
-  double markerRadius_;
+  double markerRadius_ = 1.0;
   SvgStyle style_;
   ElementRuns runs_;
   Problems remarks_;

@@ -67,7 +67,7 @@ void ShapeImportFilter::ImportFromFile(const std::wstring& path, bool) {
   ShapeFile file(path);
   std::unique_ptr<ShapeAttributes> attributes;
   if (KeepsAttributes()) {
-    attributes = ShapeAttributes::Open(path, codePage_, RemarkList());
+    attributes = ShapeAttributes::Open(path, codePage_, LossList());
     if (!attributes) Remark("there are no attributes: no .dbf file lies beside the shapefile");
   }
   SendStyle();
@@ -75,13 +75,13 @@ void ShapeImportFilter::ImportFromFile(const std::wstring& path, bool) {
   while (file.Read(record)) {
     if (record.index % kRecordsBetweenReports == 0) ReportPlace(file);
     Shape shape = DecodeShape(record.content);
-    if (!shape.fault.empty()) Remark(Place(record) + " is left out: " + shape.fault);
+    if (!shape.fault.empty()) NoteLoss(Place(record) + " is left out: " + shape.fault);
     if (!shape.remark.empty()) Remark(Place(record) + ": " + shape.remark);
     if (shape.geometry.points.empty()) continue;
     SendGeometry(std::move(shape.geometry),
                  attributes ? attributes->Read(record.index) : corvel::CParamList());
   }
-  if (!file.Fault().empty()) Remark(file.Fault());
+  if (!file.Fault().empty()) NoteLoss(file.Fault());
   if (attributes && attributes->Malformed() > 0) {
     Remark(std::to_string(attributes->Malformed()) + " places of the attributes are no text of " +
            "code page " + std::to_string(attributes->CodePage()) + " and came out as U+FFFD");

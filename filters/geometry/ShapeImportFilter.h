@@ -13,7 +13,7 @@ namespace trovan::filters {
 // A shape becomes one polygon, one set of markers, or a line for each part; the coordinates are
 // those of the file, with y up. Files of any size pass through record by record.
 //
-// Damaged records, and shapes made of patches, are left out, each with a remark; behind a record
+// Damaged records, and shapes made of patches, are left out and noted as losses; behind a record
 // that the file cuts off nothing can be read. The import raises FilterError when the file is no
 // shapefile.
 class ShapeImportFilter : public MapFilter {

@@ -95,7 +95,9 @@ class Cutter {
   void AddPoint(const Vec2d& point, const Vec2d& direction) {
     const bool isDot = dash_.size() == 1 && dash_.front() == point;
     const double size = std::hypot(direction.x, direction.y);
-    dash_.push_back(isDot ? point + direction * (kDot / size) : point);
+    if (isDot || dash_.back() != point) {
+      dash_.push_back(isDot ? point + direction * (kDot / size) : point);
+    }
   }
 
   void EndDash() {

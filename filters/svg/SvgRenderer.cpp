@@ -97,11 +97,10 @@ class SvgRenderer::Clip {
   int pushed_ = 0;
 };
 
-SvgRenderer::SvgRenderer(const SvgDocument& document, SvgPainter& painter, SvgImages& images,
-                         SvgRemarks& remarks, Progress progress)
+SvgRenderer::SvgRenderer(const SvgDocument& document, SvgPainter& painter, SvgRemarks& remarks,
+                         Progress progress)
     : document_(document),
       painter_(painter),
-      images_(images),
       remarks_(remarks),
       progress_(std::move(progress)),
       guard_(document, remarks),
@@ -130,7 +129,6 @@ void SvgRenderer::DrawContent(const pugi::xml_node& node, const SvgContext& cont
   const std::string_view name = ElementName(node);
   if (IsGroup(node)) return DrawGroup(node, context);
   if (name == "text") return DrawTexts(node, context);
-  if (name == "image") return DrawImage(node, context);
   if (const auto shape = MakeShape(node, context.basis)) return DrawShape(node, *shape, context);
   remarks_.Add("elements \"" + std::string(name) + "\" are left out", node);
 }
@@ -243,11 +241,6 @@ void SvgRenderer::DrawTexts(const pugi::xml_node& node, const SvgContext& contex
     if (line) outline = StrokeOf(run.node, run.context, *line, remarks_);
     painter_.DrawText(text, FontOf(run, fill.value_or(Color4b())), outline);
   }
-}
-
-void SvgRenderer::DrawImage(const pugi::xml_node& node, const SvgContext& context) {
-  if (!context.style.isVisible || Determinant(context.map) == 0.0) return;
-  images_.Draw(node, context, painter_);
 }
 
 }  // namespace trovan::filters

@@ -99,6 +99,16 @@ TEST_F(SvgImport, TellsTheExtentOfThePage) {
   EXPECT_FALSE(filter_.GetImportFileInfo(SvgImportFilter::kScanHeader, File("<a/>")).isKnown);
 }
 
+TEST_F(SvgImport, ReadsAllOfADocumentThatDoesNotTellItsPage) {
+  const std::wstring file = File("<svg><rect x='100' width='500' height='1000'/></svg>");
+  const auto head = filter_.GetImportFileInfo(SvgImportFilter::kScanHeader, file);
+  EXPECT_TRUE(head.isKnown);
+  EXPECT_TRUE(head.extent.IsEmpty());
+  EXPECT_EQ(head.summary, L"Scalable Vector Graphics");
+  EXPECT_EQ(filter_.GetImportFileInfo(SvgImportFilter::kScanFile, file).extent,
+            Box2d(100, -1000, 600, 0));
+}
+
 TEST_F(SvgImport, DrawsNothingOnAPageWithoutExtent) {
   ImportDocument("<svg viewBox='0 0 0 10'><rect width='9' height='9'/></svg>");
   EXPECT_THAT(manager_.Texts(), IsEmpty());

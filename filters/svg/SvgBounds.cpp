@@ -15,6 +15,7 @@ class Bounder {
   Bounder(const SvgDocument& document, SvgGuard& guard, SvgRemarks& remarks)
       : document_(document), guard_(guard), remarks_(remarks) {}
 
+  // NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
   void Add(const pugi::xml_node& node, const SvgContext& context) {
     if (const auto shape = MakeShape(node, context.basis)) {
       const Box2d box = shape->outline.Bounds(context.map);
@@ -27,6 +28,7 @@ class Bounder {
   const Box2d& Box() const { return box_; }
 
  private:
+  // NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
   void AddChild(const pugi::xml_node& node, const SvgContext& parent) {
     const SvgGuard::Visit visit(guard_, node);
     if (!visit) return;

@@ -17,6 +17,7 @@ namespace trovan::filters {
 using corvel::Mat3d;
 using tarnis::Polygon2;
 
+// NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
 std::optional<Polygon2> SvgClipPaths::RegionFor(const std::string& id, const pugi::xml_node& node,
                                                 const SvgContext& context) {
   const pugi::xml_node clipPath = document_.Find(id);
@@ -29,6 +30,7 @@ std::optional<Polygon2> SvgClipPaths::RegionFor(const std::string& id, const pug
   return RegionOf(clipPath, node, context);
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
 Polygon2 SvgClipPaths::RegionOf(const pugi::xml_node& clipPath, const pugi::xml_node& node,
                                 const SvgContext& user) {
   SvgContext content = EnterApart(clipPath, user, document_);
@@ -60,6 +62,7 @@ bool SvgClipPaths::EnterUnits(const pugi::xml_node& clipPath, const pugi::xml_no
 }
 
 // Of a shape, or of a shape that is used. Others are no parts of clip paths.
+// NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
 Polygon2 SvgClipPaths::ShapeRegion(const pugi::xml_node& shape, const SvgContext& content) {
   const std::string_view name = ElementName(shape);
   if (name == "text") remarks_.Add("texts in clip paths are left out", shape);
@@ -85,6 +88,7 @@ Polygon2 SvgClipPaths::ShapeRegion(const pugi::xml_node& shape, const SvgContext
   return Clipped(AreaOf(lines, rule), shape, *context);
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
 Polygon2 SvgClipPaths::Clipped(Polygon2 area, const pugi::xml_node& node,
                                const SvgContext& context) {
   if (context.style.clipPath.empty() || area.Points().empty()) return area;

@@ -57,6 +57,7 @@ class Expander {
   Expander(const Entities& entities, const std::string& name, std::size_t largest)
       : entities_(entities), name_(name), largest_(largest) {}
 
+  // NOLINTNEXTLINE(misc-no-recursion): kDeepest bounds the depth
   void Append(std::string_view text, int depth) {
     if (depth > kDeepest) Fail("entities that hold themselves");
     while (!text.empty()) {

@@ -111,6 +111,7 @@ void SvgRenderer::Draw(const SvgContext& outer) {
   painter_.End();
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
 void SvgRenderer::DrawElement(const pugi::xml_node& node, const SvgContext& parent) {
   const std::string_view name = ElementName(node);
   const bool isSymbol = name == "symbol";  // comes here only where it is used
@@ -125,6 +126,7 @@ void SvgRenderer::DrawElement(const pugi::xml_node& node, const SvgContext& pare
   DrawContent(node, *context);
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
 void SvgRenderer::DrawContent(const pugi::xml_node& node, const SvgContext& context) {
   const std::string_view name = ElementName(node);
   if (IsGroup(node)) return DrawGroup(node, context);
@@ -133,6 +135,7 @@ void SvgRenderer::DrawContent(const pugi::xml_node& node, const SvgContext& cont
   remarks_.Add("elements \"" + std::string(name) + "\" are left out", node);
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
 void SvgRenderer::DrawGroup(const pugi::xml_node& node, const SvgContext& context) {
   const auto children = Drawn(node, document_);
   if (context.style.opacity < 1.0 && children.size() > 1) {

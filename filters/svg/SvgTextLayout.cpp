@@ -39,6 +39,7 @@ class Layout {
   Layout(const SvgDocument& document, SvgGuard& guard, SvgRemarks& remarks)
       : document_(document), guard_(guard), remarks_(remarks) {}
 
+  // NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
   void Add(const pugi::xml_node& node, const SvgContext& context) {
     const auto place = std::make_shared<const SvgContext>(context);
     places_.push_back(ReadPlaces(node, context));
@@ -61,6 +62,7 @@ class Layout {
   }
 
  private:
+  // NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
   void AddChild(const pugi::xml_node& child, const SvgContext& parent) {
     const std::string_view name = ElementName(child);
     if (name == "textPath") remarks_.Add("texts along paths are left out", child);

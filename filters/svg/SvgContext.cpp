@@ -1,5 +1,6 @@
 #include "SvgContext.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string_view>
 
@@ -103,8 +104,9 @@ SvgContext EnterApart(const pugi::xml_node& node, const SvgContext& user,
   SvgContext context;
   context.map = user.map;
   context.basis = user.basis;
-  for (auto at = ancestors.rbegin(); at != ancestors.rend(); ++at) {
-    context.style = ComputeStyle(*at, context.style, document.Sheet(), context.basis);
+  std::reverse(ancestors.begin(), ancestors.end());
+  for (const pugi::xml_node& at : ancestors) {
+    context.style = ComputeStyle(at, context.style, document.Sheet(), context.basis);
   }
   context.basis.fontSize = context.style.fontSize;
   return context;

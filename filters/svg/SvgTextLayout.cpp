@@ -1,5 +1,6 @@
 #include "SvgTextLayout.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 #include <utility>
@@ -109,10 +110,10 @@ class Layout {
 
   // The innermost element that says something about the next character.
   const double* Next(std::vector<double> Places::*list) const {
-    for (auto at = places_.rbegin(); at != places_.rend(); ++at) {
-      if (at->next < ((*at).*list).size()) return &((*at).*list)[at->next];
-    }
-    return nullptr;
+    const auto found = std::find_if(places_.rbegin(), places_.rend(), [list](const Places& places) {
+      return places.next < (places.*list).size();
+    });
+    return found == places_.rend() ? nullptr : &((*found).*list)[found->next];
   }
 
   void AddText(const std::wstring& text, const pugi::xml_node& node, const Place& place) {

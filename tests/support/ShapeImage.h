@@ -8,14 +8,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <optional>
 #include <string>
-#include <utility>
-#include <vector>
-
-#include <corvel/Geometry.h>
 
 namespace trovan::test {
+
+struct ShapePoint {
+  double x;
+  double y;
+};
 
 // The content of a record: its type, and then whatever is added.
 class ShapeContent {
@@ -30,8 +30,8 @@ class ShapeContent {
     for (const double number : numbers) Store(std::bit_cast<std::uint64_t>(number), 8);
     return *this;
   }
-  ShapeContent& Points(std::initializer_list<corvel::Vec2d> points) {
-    for (const corvel::Vec2d& point : points) Reals({point.x, point.y});
+  ShapeContent& Points(std::initializer_list<ShapePoint> points) {
+    for (const ShapePoint& point : points) Reals({point.x, point.y});
     return *this;
   }
   // The bounds, which nobody reads.
@@ -60,14 +60,18 @@ class ShapeImage {
     records_ += HighFirst(++count_) + HighFirst(words) + content;
     return *this;
   }
-  ShapeImage& Extent(const corvel::Box2d& box) { return extent_ = box, *this; }
+  ShapeImage& Extent(const ShapePoint& min, const ShapePoint& max) {
+    min_ = min;
+    max_ = max;
+    return *this;
+  }
 
   std::string Bytes() const {
     const std::size_t words = (100 + records_.size()) / 2;
     std::string bytes =
         HighFirst(9994) + std::string(20, '\0') + HighFirst(static_cast<std::uint32_t>(words));
     ShapeContent rest(1000);
-    rest.Words({type_}).Reals({extent_.min.x, extent_.min.y, extent_.max.x, extent_.max.y});
+    rest.Words({type_}).Reals({min_.x, min_.y, max_.x, max_.y});
     bytes += rest.Bytes();
     bytes.resize(100, '\0');
     return bytes + records_;
@@ -83,12 +87,13 @@ class ShapeImage {
   std::uint32_t type_;
   std::uint32_t count_ = 0;
   std::string records_;
-  corvel::Box2d extent_{0, 0, 0, 0};
+  ShapePoint min_{0, 0};
+  ShapePoint max_{0, 0};
 };
 
 // A polygon or line of one part for each list of points.
-inline ShapeContent PartsContent(
-    std::uint32_t type, std::initializer_list<std::initializer_list<corvel::Vec2d>> parts) {
+inline ShapeContent PartsContent(std::uint32_t type,
+                                 std::initializer_list<std::initializer_list<ShapePoint>> parts) {
   ShapeContent content(type);
   std::uint32_t points = 0;
   for (const auto& part : parts) points += static_cast<std::uint32_t>(part.size());

@@ -213,7 +213,7 @@ TEST_F(ShapeImportFilterTest, RefusesOtherFiles) {
 }
 
 TEST_F(ShapeImportFilterTest, TellsTheExtentOfTheHeader) {
-  const std::wstring path = Save(ShapeImage(5).Extent({1, 2, 3, 4}).Bytes());
+  const std::wstring path = Save(ShapeImage(5).Extent({1, 2}, {3, 4}).Bytes());
   const auto info = filter_.GetImportFileInfo(ShapeImportFilter::kScanHeader, path);
   EXPECT_TRUE(info.isKnown);
   EXPECT_EQ(info.extent, corvel::Box2d(1, 2, 3, 4));
@@ -222,7 +222,7 @@ TEST_F(ShapeImportFilterTest, TellsTheExtentOfTheHeader) {
 
 TEST_F(ShapeImportFilterTest, FindsTheExtentWhereTheHeaderHasNone) {
   const std::wstring path = Save(ShapeImage(1)
-                                     .Extent({9, 9, -9, -9})
+                                     .Extent({9, 9}, {-9, -9})
                                      .Record(ShapeContent(1).Points({{1, 2}}))
                                      .Record(ShapeContent(1).Points({{-3, 4}}))
                                      .Bytes());

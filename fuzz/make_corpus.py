@@ -249,6 +249,44 @@ TEXTS = {
 }
 
 
+def svg(content, attributes=b"viewBox='0 0 1000 1000'", head=b""):
+    """An SVG document."""
+    return (head + b"<svg xmlns='http://www.w3.org/2000/svg' " + attributes + b">" + content +
+            b"</svg>")
+
+
+SVG_DOCUMENTS = {
+    "shapes": svg(b"<rect width='9' height='5%' rx='2'/><circle r='1em'/><ellipse rx='3' ry='2'/>"
+                  b"<line x2='9' stroke='red'/><polygon points='0,0 9,0 9 9'/>"
+                  b"<polyline points='1-1.5.5 3 4'/>"),
+    "path": svg(b"<path d='M0 0h9v9H0VzL1 1C1 2 3 4 5 6s7 8 9 0Q1 2 3 4t5 6a9 5 30 1010 5A1 1 0 01 "
+                b"5 5z' fill-rule='evenodd' stroke='#f80' stroke-dasharray='1 2px 3%' "
+                b"stroke-linecap='round'/>"),
+    "styles": svg(b"<style>/* x */ @media x{a{b:c}} g>path.c,#i *[id~='j']{fill:hsl(9,9%,9%)"
+                  b"!important;opacity:.5}</style><g id='i' style='font:bold 2em x;color:#123'>"
+                  b"<path class='c d' id='j' fill='currentColor' d='M0 0h9v9z'/></g>"),
+    "clips": svg(b"<clipPath id='a' clipPathUnits='objectBoundingBox'><circle r='.5'/></clipPath>"
+                 b"<clipPath id='b' clip-path='url(#a)'><use href='#r'/></clipPath>"
+                 b"<g clip-path='url(#b)'><rect id='r' width='99' height='99' stroke='red' "
+                 b"stroke-width='9'/></g>"),
+    "uses": svg(b"<symbol id='s' viewBox='0 0 9 9' preserveAspectRatio='xMinYMax slice'><g id='g'>"
+                b"<use href='#g'/><path d='M0 0h9v9z'/></g></symbol><use href='#s' width='5' "
+                b"height='7' transform='rotate(30,1 2) skewX(3) matrix(1 2 3 4 5 6)'/>"
+                b"<svg x='5' width='50%' height='9' viewBox='1 2 3 4'><use href='#g'/></svg>"
+                b"<switch><g systemLanguage='de'/><a><use href='#s'/></a></switch>"),
+    "paints": svg(b"<linearGradient id='a'><stop stop-color='red' stop-opacity='50%'/>"
+                  b"</linearGradient><radialGradient id='b' href='#a'/><rect width='9' height='9' "
+                  b"fill='url(#b) blue' stroke='url(#c) none'/>"),
+    "text": svg(b"<text x='1 2' dx='3' text-anchor='end' xml:space='preserve'>a&#228;<tspan y='5' "
+                b"font-size='larger'>b</tspan><textPath href='#x'>c</textPath></text>"),
+    "entities": svg(b"<rect &a; width='&b;'/>",
+                    head=b"<?xml version='1.0'?><!DOCTYPE svg [<!ENTITY a \"height='&b;'\">"
+                         b"<!ENTITY b '9'>]>"),
+    "sizes": svg(b"<path d='M1 1L9 9'/>", attributes=b"width='5mm' height='100%'"),
+    "cut": svg(b"<g><path d='M0 0h9"),
+}
+
+
 def write(harness, seeds):
     folder = CORPUS / harness
     folder.mkdir(parents=True, exist_ok=True)
@@ -269,3 +307,4 @@ write("VtkReaderFuzz", VTK_FILES)
 write("EnviHeaderFuzz", ENVI_HEADERS)
 write("HgtFuzz", HGT_TILES)
 write("DelimitedReaderFuzz", DELIMITED_TEXTS)
+write("SvgImportFuzz", SVG_DOCUMENTS)

@@ -25,7 +25,7 @@ std::optional<Polygon2> SvgClipPaths::RegionFor(const std::string& id, const pug
     return {};
   }
   const SvgGuard::Visit visit(guard_, clipPath);
-  if (!visit) return Polygon2();
+  if (!visit) return {};
   return RegionOf(clipPath, node, context);
 }
 

@@ -1,9 +1,8 @@
 // Clip paths as regions.
 #pragma once
 
-#include <string>
-
 #include <optional>
+#include <string>
 
 #include <pugixml.hpp>
 #include <tarnis/Polygon2.h>

@@ -24,6 +24,9 @@ class SvgClipStack {
   // What all of them leave; no rings: all of the plane.
   const tarnis::Polygon2& Region() const { return regions_.back(); }
 
+  // Whether more than the outer region clips.
+  bool IsInner() const { return regions_.size() > 1; }
+
   // Delivers the region as a clip path, unless the receiver has it.
   void Update();
 

@@ -60,11 +60,11 @@ std::optional<std::vector<Argument>> ReadArguments(SvgScanner& scanner) {
 
 std::uint8_t Alpha(const std::vector<Argument>& arguments) {
   if (arguments.size() < 4) return 255;
-  return ByteOf(arguments[3].number * (arguments[3].isPercentage ? 2.55 : 255.0));
+  return ByteOf(arguments[3].number * 255.0 / (arguments[3].isPercentage ? 100.0 : 1.0));
 }
 
 std::uint8_t Part(const Argument& argument) {
-  return ByteOf(argument.isPercentage ? argument.number * 2.55 : argument.number);
+  return ByteOf(argument.isPercentage ? argument.number * 255.0 / 100.0 : argument.number);
 }
 
 // One part of a colour of that hue, as "CSS Color Module Level 4" works it out in section 7.1:

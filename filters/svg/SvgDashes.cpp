@@ -76,6 +76,12 @@ class Cutter {
       const Vec2d here = from + unit * done;
       const bool wasDash = pattern_.IsDash();
       pattern_.Next();
+      // Without a gap one dash goes on as the next.
+      const bool goesOn = wasDash && pattern_.Rest() == 0.0;
+      if (goesOn) {
+        pattern_.Next();
+        continue;
+      }
       if (wasDash) {
         AddPoint(here, to - from);
         EndDash();
@@ -89,7 +95,9 @@ class Cutter {
   void AddPoint(const Vec2d& point, const Vec2d& direction) {
     const bool isDot = dash_.size() == 1 && dash_.front() == point;
     const double size = std::hypot(direction.x, direction.y);
-    dash_.push_back(isDot ? point + direction * (kDot / size) : point);
+    if (isDot || dash_.back() != point) {
+      dash_.push_back(isDot ? point + direction * (kDot / size) : point);
+    }
   }
 
   void EndDash() {

@@ -39,8 +39,8 @@ class SvgDocument::Collector : public pugi::xml_tree_walker {
   explicit Collector(SvgDocument& document) : document_(document) {}
 
   bool for_each(pugi::xml_node& node) override {
-    if (node.type() != pugi::node_element) return true;
-    if (depth() >= kDeepest) document_.isCut_ = true;
+    // Each deeper element would ask all those around it for its namespace.
+    if (node.type() != pugi::node_element || depth() >= kDeepest) return true;
     const pugi::xml_attribute id = node.attribute("id");
     if (id) document_.ids_.emplace(id.value(), node);
     if (ElementName(node) == "style") AddSheet(node);

@@ -14,7 +14,7 @@ namespace trovan::filters {
 
 class SvgDocument {
  public:
-  // Deeper elements than this are not read.
+  // Elements within so many others are not looked at.
   static constexpr int kDeepest = 256;
 
   // Reads the bytes of a document in any encoding of Unicode. `name` is for messages.
@@ -39,9 +39,6 @@ class SvgDocument {
   // The line on which an element stands, from 1.
   std::size_t LineOf(const pugi::xml_node& node) const;
 
-  // Whether elements were left out for being too deep.
-  bool IsCut() const { return isCut_; }
-
  private:
   class Collector;
 
@@ -53,7 +50,6 @@ class SvgDocument {
   pugi::xml_document document_;
   std::unordered_map<std::string_view, pugi::xml_node> ids_;  // names are those in document_
   SvgStyleSheet sheet_;
-  bool isCut_ = false;
 };
 
 }  // namespace trovan::filters

@@ -8,7 +8,6 @@
 #include <corvel/Text.h>
 
 #include "SvgDocument.h"
-#include "SvgImages.h"
 #include "SvgPainter.h"
 #include "SvgPlacement.h"
 #include "SvgRemarks.h"
@@ -81,10 +80,12 @@ quillon::IoImportFilter::ImportFileInfo SvgImportFilter::GetImportFileInfo(
   }
   const SvgDocument document(bytes, corvel::Utf8FromWide(path));
   SvgRemarks ignored(document, [](const std::string&) {});
-  const SvgPage page = PlacePage(document, ignored);
   info.isKnown = true;
+  info.summary = GetFilterName();
+  if (mode == kScanHeader && !TellsPage(document)) return info;
+  const SvgPage page = PlacePage(document, ignored);
   info.extent = InDrawing(page);
-  corvel::FormatString(info.summary, L"Scalable Vector Graphics, %g by %g", page.viewBox.Width(),
+  corvel::FormatString(info.summary, L"%s, %g by %g", info.summary.c_str(), page.viewBox.Width(),
                        page.viewBox.Height());
   return info;
 }
@@ -111,8 +112,7 @@ void SvgImportFilter::Deliver() {
   }
   if (!(page_.viewBox.Width() > 0.0) || !(page_.viewBox.Height() > 0.0)) return;
   SvgPainter painter(Region(), [this](quillon::TrBase& object) { Send(object); });
-  SvgImages images(remarks);
-  SvgRenderer renderer(*document, painter, images, remarks,
+  SvgRenderer renderer(*document, painter, remarks,
                        [this](double fraction) { ReportProgress(fraction); });
   renderer.Draw(OuterContext(page_));
 }

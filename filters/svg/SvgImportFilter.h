@@ -26,11 +26,12 @@ class SvgDocument;
 
 // Shapes become polygons, rectangles and ellipses of plain colours, without curves but for the last
 // two; lines come behind the areas that they bound, each as a polyline, with the parameters
-// "line-cap", "line-join" and "miter-limit" on the pen. Texts and pictures are objects of their
-// own. Clip paths are intersected with each other and with the region.
+// "line-cap", "line-join" and "miter-limit" on the pen. Texts are objects of their own. Clip paths
+// are intersected with each other and with the region; a line that a clip path of the document may
+// cut comes as the area that its pen covers.
 //
-// Gradients become their mean colour; patterns, masks, filters, markers and the like are left out,
-// with a remark for each kind.
+// Gradients become their mean colour; pictures, patterns, masks, filters, markers and the like are
+// left out, with a remark for each kind.
 class SvgImportFilter : public DrawingFilter {
  public:
   // `manager` is borrowed and must outlive the filter.
@@ -54,8 +55,8 @@ class SvgImportFilter : public DrawingFilter {
   // Whether the root element of the file is "svg". Never raises.
   bool CanImport(const std::wstring& path) const override;
 
-  // The extent is that of the page, in units of the drawing; it may be empty where only the start
-  // of the file is looked at.
+  // The extent is that of the page, in units of the drawing; empty where only the start of the file
+  // is looked at, and does not tell it.
   ImportFileInfo GetImportFileInfo(FileScanMode mode, const std::wstring& path) override;
 
   // Raise what Open raises, and quillon::AbortError when the user stops the work.

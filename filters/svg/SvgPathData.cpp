@@ -20,9 +20,8 @@ class PathReader {
     SvgPathData data;
     scanner_.SkipSpace();
     while (!scanner_.AtEnd()) {
-      const std::size_t start = scanner_.Position();
       if (!ReadCommand()) {
-        data.fault = scanner_.AtEnd() ? start : scanner_.Position();
+        data.fault = scanner_.Position();
         break;
       }
     }

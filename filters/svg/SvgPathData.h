@@ -15,7 +15,8 @@ namespace trovan::filters {
 struct SvgPathData {
   SvgOutline outline;  // up to the fault, if there is one
 
-  // The offset in the text at which something stands that does not belong there.
+  // The offset in the text at which something stands that does not belong there; its size where it
+  // ends too early.
   std::optional<std::size_t> fault;
 };
 

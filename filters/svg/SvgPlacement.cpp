@@ -73,6 +73,12 @@ double PowerOfTwoFrom(double value) {
 
 }  // namespace
 
+bool TellsPage(const SvgDocument& document) {
+  const pugi::xml_node root = document.Root();
+  return ParseViewBox(Attribute(root, "viewBox")) ||
+         (PixelSize(root, "width") && PixelSize(root, "height"));
+}
+
 SvgPage PlacePage(const SvgDocument& document, SvgRemarks& remarks) {
   SvgPage page;
   page.viewBox = ViewBoxOf(document, remarks);

@@ -8,6 +8,9 @@
 
 namespace trovan::filters {
 
+// Whether the root names a view box or a size.
+bool TellsPage(const SvgDocument& document);
+
 // The page that the document is: its view box, or the box of its size, or that of what it shows.
 // The scale is the power of two at which a unit of the drawing is at most a pixel of the page,
 // where the page has the size that it names, but 1000 pixels in width or height at least.

@@ -13,6 +13,7 @@
 #include "SvgAreas.h"
 #include "SvgElement.h"
 #include "SvgPaints.h"
+#include "SvgStroker.h"
 #include "SvgStrokes.h"
 #include "SvgTextLayout.h"
 #include "SvgTexts.h"
@@ -96,11 +97,10 @@ class SvgRenderer::Clip {
   int pushed_ = 0;
 };
 
-SvgRenderer::SvgRenderer(const SvgDocument& document, SvgPainter& painter, SvgImages& images,
-                         SvgRemarks& remarks, Progress progress)
+SvgRenderer::SvgRenderer(const SvgDocument& document, SvgPainter& painter, SvgRemarks& remarks,
+                         Progress progress)
     : document_(document),
       painter_(painter),
-      images_(images),
       remarks_(remarks),
       progress_(std::move(progress)),
       guard_(document, remarks),
@@ -129,7 +129,6 @@ void SvgRenderer::DrawContent(const pugi::xml_node& node, const SvgContext& cont
   const std::string_view name = ElementName(node);
   if (IsGroup(node)) return DrawGroup(node, context);
   if (name == "text") return DrawTexts(node, context);
-  if (name == "image") return DrawImage(node, context);
   if (const auto shape = MakeShape(node, context.basis)) return DrawShape(node, *shape, context);
   remarks_.Add("elements \"" + std::string(name) + "\" are left out", node);
 }
@@ -168,10 +167,22 @@ void SvgRenderer::DrawShape(const pugi::xml_node& node, const SvgShape& shape,
   }
   const auto color = StrokeColor(node, context, document_, remarks_);
   if (!color) return;
-  const SvgStroke stroke = StrokeOf(node, context, *color, remarks_);
+  DrawLines(node, lines, context, *color);
+}
+
+// The document's own clip paths cut strokes in their whole width, as areas. To the outer region it
+// is lines that are cut, whose pen then ends where it does.
+void SvgRenderer::DrawLines(const pugi::xml_node& node, const std::vector<FlatLine>& lines,
+                            const SvgContext& context, const Color4b& color) {
+  const SvgStroke stroke = StrokeOf(node, context, color, remarks_);
   if (!std::isfinite(stroke.width)) return;
-  for (const auto& line : StrokeLines(node, context, lines, painter_.Clips().Region(), remarks_)) {
-    painter_.DrawLine(line, stroke);
+  const SvgClipStack& clips = painter_.Clips();
+  for (const auto& line : StrokeLines(node, context, lines, clips.Region(), remarks_)) {
+    if (clips.IsInner() && MayBeCut(line, Reach(stroke), clips.Region())) {
+      painter_.FillArea(StrokedArea(line, stroke), color);
+    } else {
+      painter_.DrawLine(line, stroke);
+    }
   }
 }
 
@@ -230,11 +241,6 @@ void SvgRenderer::DrawTexts(const pugi::xml_node& node, const SvgContext& contex
     if (line) outline = StrokeOf(run.node, run.context, *line, remarks_);
     painter_.DrawText(text, FontOf(run, fill.value_or(Color4b())), outline);
   }
-}
-
-void SvgRenderer::DrawImage(const pugi::xml_node& node, const SvgContext& context) {
-  if (!context.style.isVisible || Determinant(context.map) == 0.0) return;
-  images_.Draw(node, context, painter_);
 }
 
 }  // namespace trovan::filters

@@ -11,7 +11,6 @@
 #include "filters/svg/SvgContext.h"
 #include "filters/svg/SvgDocument.h"
 #include "filters/svg/SvgGuard.h"
-#include "filters/svg/SvgImages.h"
 #include "filters/svg/SvgPainter.h"
 #include "filters/svg/SvgRemarks.h"
 #include "filters/svg/SvgShapes.h"
@@ -24,8 +23,8 @@ class SvgRenderer {
   using Progress = std::function<void(double)>;
 
   // All are borrowed.
-  SvgRenderer(const SvgDocument& document, SvgPainter& painter, SvgImages& images,
-              SvgRemarks& remarks, Progress progress);
+  SvgRenderer(const SvgDocument& document, SvgPainter& painter, SvgRemarks& remarks,
+              Progress progress);
 
   // `outer` is the space in which the document stands.
   void Draw(const SvgContext& outer);
@@ -40,13 +39,13 @@ class SvgRenderer {
   void Fill(const SvgShape& shape, const std::vector<FlatLine>& lines, const SvgContext& context,
             const corvel::Color4b& color);
   bool FillPlainly(const SvgShape& shape, const SvgContext& context, const corvel::Color4b& color);
+  void DrawLines(const pugi::xml_node& node, const std::vector<FlatLine>& lines,
+                 const SvgContext& context, const corvel::Color4b& color);
   void DrawTexts(const pugi::xml_node& node, const SvgContext& context);
-  void DrawImage(const pugi::xml_node& node, const SvgContext& context);
   void NoteOmissions(const pugi::xml_node& node, const SvgContext& context);
 
   const SvgDocument& document_;
   SvgPainter& painter_;
-  SvgImages& images_;
   SvgRemarks& remarks_;
   Progress progress_;
   SvgGuard guard_;

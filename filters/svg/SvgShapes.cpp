@@ -42,14 +42,24 @@ void AddCorners(const Box2d& box, SvgOutline& outline) {
   outline.Close();
 }
 
+struct Radii {
+  double x;
+  double y;
+};
+
 // A radius that is not given, or negative, is that of the other axis.
-void ReadRadii(const pugi::xml_node& node, const LengthBasis& basis, SvgShape& shape) {
+Radii ReadRadii(const pugi::xml_node& node, const LengthBasis& basis) {
   auto rx = FindLength(node, "rx", basis, Axis::kHorizontal);
   auto ry = FindLength(node, "ry", basis, Axis::kVertical);
   if (rx && *rx < 0.0) rx.reset();
   if (ry && *ry < 0.0) ry.reset();
-  shape.xRadius = std::min(rx.value_or(ry.value_or(0.0)), shape.box.Width() / 2);
-  shape.yRadius = std::min(ry.value_or(rx.value_or(0.0)), shape.box.Height() / 2);
+  return {rx.value_or(ry.value_or(0.0)), ry.value_or(rx.value_or(0.0))};
+}
+
+void SetRadii(const pugi::xml_node& node, const LengthBasis& basis, SvgShape& shape) {
+  const Radii radii = ReadRadii(node, basis);
+  shape.xRadius = std::min(radii.x, shape.box.Width() / 2);
+  shape.yRadius = std::min(radii.y, shape.box.Height() / 2);
   if (shape.xRadius == 0.0 || shape.yRadius == 0.0) shape.xRadius = shape.yRadius = 0.0;
 }
 
@@ -62,7 +72,7 @@ SvgShape MakeRectangle(const pugi::xml_node& node, const LengthBasis& basis) {
   const double height = LengthAttribute(node, "height", basis, Axis::kVertical);
   shape.box = Box2d(x, y, x + width, y + height);
   if (!(width > 0.0) || !(height > 0.0) || !IsFinite(shape.box)) return shape;
-  ReadRadii(node, basis, shape);
+  SetRadii(node, basis, shape);
   if (shape.xRadius > 0.0) {
     AddRoundCorners(shape.box, shape.xRadius, shape.yRadius, shape.outline);
   } else {
@@ -94,9 +104,8 @@ SvgShape MakeCircle(const pugi::xml_node& node, const LengthBasis& basis) {
 }
 
 SvgShape MakeEllipse(const pugi::xml_node& node, const LengthBasis& basis) {
-  const auto rx = FindLength(node, "rx", basis, Axis::kHorizontal);
-  const auto ry = FindLength(node, "ry", basis, Axis::kVertical);
-  return MakeEllipse(node, basis, rx.value_or(ry.value_or(0.0)), ry.value_or(rx.value_or(0.0)));
+  const Radii radii = ReadRadii(node, basis);
+  return MakeEllipse(node, basis, radii.x, radii.y);
 }
 
 SvgShape MakeLine(const pugi::xml_node& node, const LengthBasis& basis) {

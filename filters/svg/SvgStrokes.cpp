@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <iterator>
+#include <numbers>
 #include <utility>
 
 #include <tarnis/Clipping.h>
@@ -51,15 +52,6 @@ Line FromMiddle(const Line& line) {
   return turned;
 }
 
-bool MayBeCut(const Line& line, const tarnis::Polygon2& region) {
-  if (region.IsEmpty()) return false;
-  corvel::Box2d box;
-  box.BoundPoints(line.data(), line.size());
-  std::vector<Vec2d> corners(4);
-  box.GetCorners(corners.data());
-  return !tarnis::PolygonContains(region, tarnis::Polygon2(std::move(corners), {4}));
-}
-
 // By which factor the author's idea of the length of a path differs from its length.
 double DashScale(const pugi::xml_node& node, const FlatLine& line, const SvgContext& context) {
   const auto claimed = ParseSvgNumber(Attribute(node, "pathLength"));
@@ -97,6 +89,23 @@ void AppendDot(const SvgContext& context, const Vec2d& point, std::vector<Line>&
 
 }  // namespace
 
+double Reach(const SvgStroke& stroke) {
+  const double factor = stroke.join == "miter" ? std::max(stroke.miterLimit, std::numbers::sqrt2)
+                                               : std::numbers::sqrt2;
+  return stroke.width / 2 * factor;
+}
+
+bool MayBeCut(const Line& line, double reach, const tarnis::Polygon2& region) {
+  if (region.IsEmpty()) return false;
+  corvel::Box2d box;
+  box.BoundPoints(line.data(), line.size());
+  box.min = box.min - Vec2d(reach, reach);
+  box.max = box.max + Vec2d(reach, reach);
+  std::vector<Vec2d> corners(4);
+  box.GetCorners(corners.data());
+  return !tarnis::PolygonContains(region, tarnis::Polygon2(std::move(corners), {4}));
+}
+
 SvgStroke StrokeOf(const pugi::xml_node& node, const SvgContext& context,
                    const corvel::Color4b& color, SvgRemarks& remarks) {
   constexpr double kVisibleStretch = 1.1;
@@ -121,8 +130,8 @@ std::vector<Line> StrokeLines(const pugi::xml_node& node, const SvgContext& cont
       if (AppendDashes(node, context, line, drawn)) continue;
       remarks.Add("lines of very many dashes are drawn without", node);
     }
-    drawn.push_back(line.isClosed && MayBeCut(line.points, region) ? FromMiddle(line.points)
-                                                                   : line.points);
+    drawn.push_back(line.isClosed && MayBeCut(line.points, 0.0, region) ? FromMiddle(line.points)
+                                                                        : line.points);
   }
   return drawn;
 }

@@ -29,4 +29,10 @@ std::vector<std::vector<corvel::Vec2d>> StrokeLines(const pugi::xml_node& node,
                                                     const tarnis::Polygon2& region,
                                                     SvgRemarks& remarks);
 
+// How far from its line a stroke may reach.
+double Reach(const SvgStroke& stroke);
+
+// Whether what lies no further than `reach` from the line may lie outside the region.
+bool MayBeCut(const std::vector<corvel::Vec2d>& line, double reach, const tarnis::Polygon2& region);
+
 }  // namespace trovan::filters

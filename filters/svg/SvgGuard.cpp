@@ -11,6 +11,7 @@ namespace {
 
 // Work is counted in bytes of the document: an element costs these and those of its outline.
 constexpr double kElementCost = 100.0;
+constexpr double kLineCost = 20.0;  // of each dash
 constexpr double kFreeWork = 1e7;
 constexpr double kWorkPerByte = 1000.0;
 
@@ -36,18 +37,23 @@ bool SvgGuard::Open(const pugi::xml_node& node) {
     remarks_.Add("an element that refers to itself is left out", node);
     return false;
   }
-  Spend(node);
+  Spend(kElementCost + static_cast<double>(Attribute(node, "d").size()) +
+            static_cast<double>(Attribute(node, "points").size()),
+        node);
   open_.push_back(node);
   return true;
 }
 
-void SvgGuard::Spend(const pugi::xml_node& node) {
-  spent_ += kElementCost + static_cast<double>(Attribute(node, "d").size()) +
-            static_cast<double>(Attribute(node, "points").size());
+void SvgGuard::CountLines(std::size_t count, const pugi::xml_node& node) {
+  Spend(kLineCost * static_cast<double>(count), node);
+}
+
+void SvgGuard::Spend(double work, const pugi::xml_node& node) {
+  spent_ += work;
   if (spent_ <= most_) return;
   throw FilterError(document_.Name() + ", line " + std::to_string(document_.LineOf(node)) +
                     ": the drawing repeats its parts far more often than its size allows. It may "
-                    "be made to exhaust programs; remove the \"use\" elements that nest.");
+                    "be made to exhaust programs; remove nested \"use\" elements and tiny dashes.");
 }
 
 }  // namespace trovan::filters

@@ -37,12 +37,15 @@ class SvgGuard {
     bool isOpen_;
   };
 
+  // Counts lines that are drawn; raises FilterError as a visit does.
+  void CountLines(std::size_t count, const pugi::xml_node& node);
+
   // How much of the document's elements was visited, from 0 to 1; repetitions count.
   double Progress() const;
 
  private:
   bool Open(const pugi::xml_node& node);
-  void Spend(const pugi::xml_node& node);
+  void Spend(double work, const pugi::xml_node& node);
 
   const SvgDocument& document_;
   SvgRemarks& remarks_;

@@ -114,7 +114,13 @@ void SvgImportFilter::Deliver() {
   SvgPainter painter(Region(), [this](quillon::TrBase& object) { Send(object); });
   SvgRenderer renderer(*document, painter, remarks,
                        [this](double fraction) { ReportProgress(fraction); });
-  renderer.Draw(OuterContext(page_));
+  try {
+    renderer.Draw(OuterContext(page_));
+  } catch (...) {
+    // The next import begins with the outer region, not with a clip path of this document.
+    SetRegion(tarnis::Polygon2(Region()));
+    throw;
+  }
 }
 
 }  // namespace trovan::filters

@@ -177,7 +177,9 @@ void SvgRenderer::DrawLines(const pugi::xml_node& node, const std::vector<FlatLi
   const SvgStroke stroke = StrokeOf(node, context, color, remarks_);
   if (!std::isfinite(stroke.width)) return;
   const SvgClipStack& clips = painter_.Clips();
-  for (const auto& line : StrokeLines(node, context, lines, clips.Region(), remarks_)) {
+  const auto drawn = StrokeLines(node, context, lines, clips.Region(), remarks_);
+  guard_.CountLines(drawn.size(), node);
+  for (const auto& line : drawn) {
     if (clips.IsInner() && MayBeCut(line, Reach(stroke), clips.Region())) {
       painter_.FillArea(StrokedArea(line, stroke), color);
     } else {
@@ -228,9 +230,10 @@ bool SvgRenderer::FillPlainly(const SvgShape& shape, const SvgContext& context,
 void SvgRenderer::DrawTexts(const pugi::xml_node& node, const SvgContext& context) {
   if (Determinant(context.map) == 0.0) return;
   for (const SvgTextRun& run : LayOutText(node, context, document_, guard_, remarks_)) {
-    const auto fill = FillColor(run.node, run.context, document_, remarks_);
-    const auto line = StrokeColor(run.node, run.context, document_, remarks_);
-    if ((!fill && !line) || Determinant(run.context.map) == 0.0) continue;
+    const SvgContext& place = *run.context;
+    const auto fill = FillColor(run.node, place, document_, remarks_);
+    const auto line = StrokeColor(run.node, place, document_, remarks_);
+    if ((!fill && !line) || Determinant(place.map) == 0.0) continue;
     const bool isFinite = std::isfinite(run.place.x) && std::isfinite(run.place.y);
     quillon::TrText text = TextOf(run);
     if (!isFinite || !IsFinite(text.Bounds())) {
@@ -238,7 +241,7 @@ void SvgRenderer::DrawTexts(const pugi::xml_node& node, const SvgContext& contex
       continue;
     }
     std::optional<SvgStroke> outline;
-    if (line) outline = StrokeOf(run.node, run.context, *line, remarks_);
+    if (line) outline = StrokeOf(run.node, place, *line, remarks_);
     painter_.DrawText(text, FontOf(run, fill.value_or(Color4b())), outline);
   }
 }

@@ -20,7 +20,7 @@ using corvel::Mat3d;
 using corvel::Vec2d;
 using Line = std::vector<Vec2d>;
 
-constexpr std::size_t kMostDashes = 100000;  // of a line
+constexpr std::size_t kMostDashes = 100000;  // of an element
 constexpr double kDot = 1.0 / 1024;          // units of the drawing: far below what can be seen
 
 // The larger of the two factors by which the map scales, divided by the smaller one.
@@ -65,7 +65,7 @@ double DashScale(const pugi::xml_node& node, const FlatLine& line, const SvgCont
   return length / *claimed;
 }
 
-// False where the line is too long for its dashes.
+// False where there would be too many dashes.
 bool AppendDashes(const pugi::xml_node& node, const SvgContext& context, const FlatLine& line,
                   std::vector<Line>& drawn) {
   SvgDashes dashes{context.style.dashes, context.style.dashOffset};
@@ -73,7 +73,8 @@ bool AppendDashes(const pugi::xml_node& node, const SvgContext& context, const F
   if (!(scale > 0.0)) return true;
   for (double& length : dashes.lengths) length *= scale;
   dashes.offset *= scale;
-  auto cut = CutIntoDashes(line, dashes, context.map, kMostDashes);
+  const std::size_t most = kMostDashes - std::min(drawn.size(), kMostDashes);
+  auto cut = CutIntoDashes(line, dashes, context.map, most);
   if (!cut) return false;
   std::move(cut->begin(), cut->end(), std::back_inserter(drawn));
   return true;

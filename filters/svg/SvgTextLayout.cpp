@@ -32,18 +32,21 @@ struct Places {
   std::size_t next = 0;  // character
 };
 
+using Place = std::shared_ptr<const SvgContext>;
+
 class Layout {
  public:
   Layout(const SvgDocument& document, SvgGuard& guard, SvgRemarks& remarks)
       : document_(document), guard_(guard), remarks_(remarks) {}
 
   void Add(const pugi::xml_node& node, const SvgContext& context) {
+    const auto place = std::make_shared<const SvgContext>(context);
     places_.push_back(ReadPlaces(node, context));
     NoteOmissions(node);
     for (const pugi::xml_node& child : node.children()) {
       const bool isText = child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata;
       if (isText && context.style.isVisible) {
-        AddText(corvel::WideFromUtf8(child.value()), node, context);
+        AddText(corvel::WideFromUtf8(child.value()), node, place);
       } else if (!isText) {
         AddChild(child, context);
       }
@@ -110,18 +113,19 @@ class Layout {
     return nullptr;
   }
 
-  void AddText(const std::wstring& text, const pugi::xml_node& node, const SvgContext& context) {
+  void AddText(const std::wstring& text, const pugi::xml_node& node, const Place& place) {
+    const bool preservesSpace = place->style.preservesSpace;
     for (wchar_t c : text) {
       const bool isLineEnd = c == L'\n' || c == L'\r';
-      if (isLineEnd && !context.style.preservesSpace) continue;
+      if (isLineEnd && !preservesSpace) continue;
       if (isLineEnd || c == L'\t') c = L' ';
-      if (c == L' ' && !context.style.preservesSpace && isBehindSpace_) continue;
+      if (c == L' ' && !preservesSpace && isBehindSpace_) continue;
       isBehindSpace_ = c == L' ';
-      AddCharacter(c, node, context);
+      AddCharacter(c, node, place);
     }
   }
 
-  void AddCharacter(wchar_t c, const pugi::xml_node& node, const SvgContext& context) {
+  void AddCharacter(wchar_t c, const pugi::xml_node& node, const Place& place) {
     const double* const x = Next(&Places::x);
     const double* const y = Next(&Places::y);
     const double* const dx = Next(&Places::dx);
@@ -139,11 +143,11 @@ class Layout {
     }
     if (run_.text.empty()) {
       run_.place = here_;
-      run_.context = context;
+      run_.context = place;
       run_.node = node;
     }
     run_.text += c;
-    const double advance = GuessedAdvance(c) * context.style.fontSize;
+    const double advance = GuessedAdvance(c) * place->style.fontSize;
     run_.width += advance;
     here_.x += advance;
   }
@@ -158,7 +162,7 @@ class Layout {
     TrimChunk();
     const std::size_t count = runs_.size() - chunk_;
     if (count > 0) {
-      const TextAnchor anchor = runs_[chunk_].context.style.textAnchor;
+      const TextAnchor anchor = runs_[chunk_].context->style.textAnchor;
       if (count == 1) runs_[chunk_].anchor = anchor;
       if (count > 1 && anchor != TextAnchor::kStart) ShiftChunk(anchor);
     }
@@ -169,9 +173,9 @@ class Layout {
   void TrimChunk() {
     if (runs_.size() == chunk_) return;
     SvgTextRun& last = runs_.back();
-    if (last.context.style.preservesSpace || last.text.back() != L' ') return;
+    if (last.context->style.preservesSpace || last.text.back() != L' ') return;
     last.text.pop_back();
-    last.width -= GuessedAdvance(L' ') * last.context.style.fontSize;
+    last.width -= GuessedAdvance(L' ') * last.context->style.fontSize;
     if (last.text.empty()) runs_.pop_back();
   }
 

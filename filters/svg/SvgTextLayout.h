@@ -4,6 +4,7 @@
 // run starts that goes on behind another one.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,9 +22,9 @@ struct SvgTextRun {
   std::wstring text;
   corvel::Vec2d place;  // of its anchor, in user space
   TextAnchor anchor = TextAnchor::kStart;
-  double width = 0.0;   // a guess
-  SvgContext context;   // of the element that it stands in
-  pugi::xml_node node;  // that element
+  double width = 0.0;                         // a guess
+  std::shared_ptr<const SvgContext> context;  // of the element that it stands in
+  pugi::xml_node node;                        // that element
 };
 
 // The runs of the element "text", in their order. `context` is that of the element.

@@ -30,7 +30,7 @@ double PartBefore(TextAnchor anchor) {
 
 Box2d GuessedBounds(const SvgTextRun& run, const corvel::Vec2d& anchor, double scale) {
   constexpr double kMargin = 0.15;  // of the width, on both sides
-  const double size = run.context.style.fontSize * scale;
+  const double size = run.context->style.fontSize * scale;
   const double width = run.width * scale;
   const double left = anchor.x - width * PartBefore(run.anchor);
   return {left - kMargin * width, anchor.y - 0.3 * size, left + (1.0 + kMargin) * width,
@@ -40,9 +40,9 @@ Box2d GuessedBounds(const SvgTextRun& run, const corvel::Vec2d& anchor, double s
 }  // namespace
 
 TrFont FontOf(const SvgTextRun& run, const corvel::Color4b& color) {
-  const ComputedStyle& style = run.context.style;
+  const ComputedStyle& style = run.context->style;
   TrFont font(corvel::WideFromUtf8(FirstFamily(style.fontFamily)));
-  font.SetSize(style.fontSize * MeanScale(run.context.map));
+  font.SetSize(style.fontSize * MeanScale(run.context->map));
   int flags = std::clamp((style.fontWeight + 50) / 100, 1, 9);
   if (style.isItalic) flags |= TrFont::kItalic;
   if (style.isUnderlined) flags |= TrFont::kUnderline;
@@ -55,12 +55,12 @@ TrFont FontOf(const SvgTextRun& run, const corvel::Color4b& color) {
 // The space of the text is user space with y up, in units of the drawing: only what is turned,
 // sheared or mirrored in the document is so in the transform.
 TrText TextOf(const SvgTextRun& run) {
-  const double scale = MeanScale(run.context.map);
+  const double scale = MeanScale(run.context->map);
   const Mat3d toUser(1 / scale, 0, 0, -1 / scale, 0, 0);
   TrText text(run.text, {run.place.x * scale, -run.place.y * scale});
   text.SetAlignment(Alignment(run.anchor), TrText::kBaseline);
   text.SetBounds(GuessedBounds(run, text.Anchor(), scale));
-  text.SetTransform(toUser * run.context.map);
+  text.SetTransform(toUser * run.context->map);
   return text;
 }
 

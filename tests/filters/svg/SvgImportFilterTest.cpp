@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <memory>
+#include <stdexcept>
 
 #include "SvgFixture.h"
 #include "filters/support/FilterError.h"
@@ -184,6 +185,17 @@ TEST_F(SvgImport, LeavesOutWhatIsNotFinite) {
 TEST_F(SvgImport, StaysInOrderAfterAFault) {
   EXPECT_THROW(ImportDocument("<svg><g></svg>"), FilterError);
   EXPECT_THAT(Drawn("<rect width='1' height='1'/>"), ElementsAre("TrRectangle 0 -1, 1 0, 0 0"));
+}
+
+TEST_F(SvgImport, StartsAnewAfterTheApplicationHasStoppedIt) {
+  manager_.onDelivery = [](std::size_t count) {
+    if (count == 2) throw std::runtime_error("full");  // behind the pen and the brush
+  };
+  EXPECT_THROW(Delivered("<clipPath id='c'><rect width='5' height='5'/></clipPath>"
+                         "<rect width='9' height='9' clip-path='url(#c)'/>"),
+               std::runtime_error);
+  manager_.onDelivery = nullptr;
+  EXPECT_THAT(Drawn("<rect width='9' height='9'/>"), ElementsAre("TrRectangle 0 -9, 9 0, 0 0"));
 }
 
 // Cut anywhere, a document is refused or drawn, but never read past its end.

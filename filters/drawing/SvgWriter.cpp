@@ -7,6 +7,7 @@
 
 #include <corvel/Text.h>
 
+#include "filters/drawing/ImageData.h"
 #include "filters/drawing/XmlText.h"
 #include "filters/support/NumberText.h"
 
@@ -112,7 +113,10 @@ void SvgWriter::End() {
 
 void SvgWriter::ImportObject(quillon::TrBase& object) {
   object.AssertValid();
-  if (ImportState(object) || ImportShape(object)) return;
+  if (!ImportState(object) && !ImportShape(object)) RemarkLeftOut(object);
+}
+
+void SvgWriter::RemarkLeftOut(const quillon::TrBase& object) {
   if (unknown_.insert(object.GetTypeId()).second) {
     remarks_.Add("SVG cannot hold this, which was left out, and what is like it: " +
                  corvel::Utf8FromWide(object.Description()));
@@ -145,6 +149,8 @@ bool SvgWriter::ImportShape(const quillon::TrBase& object) {
     Write(*markers);
   } else if (const auto* text = dynamic_cast<const TrText*>(&object)) {
     Write(*text);
+  } else if (const auto* image = dynamic_cast<const quillon::TrImage*>(&object)) {
+    Write(*image);
   } else {
     return false;
   }
@@ -250,6 +256,15 @@ void SvgWriter::Write(const TrText& text) {
   runs_.Add(style, "text", rest + "</text>");
 }
 
+void SvgWriter::Write(const quillon::TrImage& image) {
+  const brindle::GBitmap* bitmap = image.Bitmap();
+  if (bitmap == nullptr || image.Placement().IsEmpty()) return;
+  if (!CanHoldImage(*bitmap)) return RemarkLeftOut(image);
+  std::string rest = Data(image) + ImagePlace(image) + " preserveAspectRatio=\"none\" href=\"";
+  rest += ImageDataUri(*bitmap);
+  runs_.Add({}, "image", rest + "\"/>");
+}
+
 void SvgWriter::AddPath(const quillon::TrBase& object, const std::string& style,
                         const PathData& data, std::string_view more) {
   if (data.Text().empty()) return;
@@ -307,6 +322,26 @@ std::string SvgWriter::TextPlace(const TrText& text) const {
   attributes += ' ';
   coordinates_.AppendPlace(attributes, map(2, 1));
   return attributes + ")\"" + Place("x", "y", anchor);
+}
+
+// The top left corner of the picture and the ways along its top and its left side, on the page.
+std::string SvgWriter::ImagePlace(const quillon::TrImage& image) const {
+  const Box2d& box = image.Placement();
+  Vec2d corners[] = {{box.min.x, box.max.y}, box.max, box.min};
+  image.Transform().Transform(corners, corners, 3);
+  const Vec2d start = coordinates_.ToPage(corners[0]);
+  const Vec2d along = coordinates_.ToPage(corners[1]) - start;
+  const Vec2d down = coordinates_.ToPage(corners[2]) - start;
+  const bool isUpright = along.y == 0.0 && down.x == 0.0 && along.x > 0.0 && down.y > 0.0;
+  if (isUpright) {
+    return Place("x", "y", start) + Number("width", along.x) + Number("height", down.y);
+  }
+  std::string text = " width=\"1\" height=\"1\" transform=\"matrix(";
+  for (const double value : {along.x, along.y, down.x, down.y, start.x, start.y}) {
+    if (text.back() != '(') text += ' ';
+    coordinates_.AppendDerived(text, value);
+  }
+  return text + ")\"";
 }
 
 std::string SvgWriter::Data(const quillon::TrBase& object) const {

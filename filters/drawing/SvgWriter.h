@@ -14,6 +14,7 @@
 #include <corvel/TypeInfo.h>
 #include <quillon/IoManager.h>
 #include <quillon/TrEllipse.h>
+#include <quillon/TrImage.h>
 #include <quillon/TrMarkerSet.h>
 #include <quillon/TrPolygon.h>
 #include <quillon/TrPolyline.h>
@@ -61,6 +62,7 @@ class SvgWriter : public quillon::IoManager {
   const Problems& Remarks() const { return remarks_; }
 
  private:
+  void RemarkLeftOut(const quillon::TrBase& object);
   bool ImportState(const quillon::TrBase& object);
   bool ImportShape(const quillon::TrBase& object);
   void Write(const quillon::TrPolygon& polygon);
@@ -69,6 +71,7 @@ class SvgWriter : public quillon::IoManager {
   void Write(const quillon::TrEllipse& ellipse);
   void Write(const quillon::TrMarkerSet& markers);
   void Write(const quillon::TrText& text);
+  void Write(const quillon::TrImage& image);
   void WriteFlat(const quillon::TrBase& object, const corvel::Box2d& box, double angle);
   void AddPath(const quillon::TrBase& object, const std::string& style, const PathData& data,
                std::string_view more = {});
@@ -78,6 +81,7 @@ class SvgWriter : public quillon::IoManager {
   std::string Place(const char* xName, const char* yName, const corvel::Vec2d& place) const;
   std::string Turn(double angle, const corvel::Vec2d& center) const;
   std::string TextPlace(const quillon::TrText& text) const;
+  std::string ImagePlace(const quillon::TrImage& image) const;
   std::string Data(const quillon::TrBase& object) const;
 
   OutputBuffer out_;

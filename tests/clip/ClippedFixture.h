@@ -120,6 +120,15 @@ class ClippedTest : public testing::Test {
            TextOf(manager_.At(0)) == TextOf(object);
   }
 
+  // Whether all arrive, each as the very same, and nothing else does.
+  void ExpectWholeAndInOrder(const std::vector<quillon::TrBase*>& objects) {
+    manager_.Clear();
+    for (quillon::TrBase* object : objects) filter_.ImportObject(*object);
+    ASSERT_EQ(manager_.Size(), objects.size());
+    for (std::size_t i = 0; i < objects.size(); ++i)
+      EXPECT_EQ(manager_.Address(i), objects[i]) << i;
+  }
+
   // What is left of the line y = 1 from x = -100 to 100: tells the clip region.
   Texts Probe() { return Delivered(quillon::TrPolyline({{-100, 1, 0}, {100, 1, 0}})); }
   static Texts Unclipped() { return {"TrPolyline -100 1 0, 100 1 0"}; }

@@ -1,7 +1,6 @@
 #include "BorderWalk.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "Orientation.h"
 
@@ -164,8 +163,8 @@ Polygon2 BorderWalk::Finish(const IsInside& isInside) {
   const Station reference = Reference();
   const bool isReferenceInside = isInside(reference.point);
   if (crossings_.empty() && isReferenceInside) {
-    for (int side = 0; side < 4; ++side) AddPoint(CornerBehind(side));
-    EndRing();
+    for (int side = 0; side < 4; ++side) rings_.AddPoint(CornerBehind(side));
+    rings_.EndRing();
   }
   // Part i of the border lies between crossings i - 1 and i.
   const auto isAfter = [&](const Crossing& crossing) { return reference < crossing.station; };
@@ -177,7 +176,7 @@ Polygon2 BorderWalk::Finish(const IsInside& isInside) {
     if (!isDone[i]) FollowRing(i, isOddInside, isDone);
   }
   for (const Piece& ring : innerRings_) AddInnerRing(ring, isInside);
-  return {std::move(outPoints_), std::move(outCounts_)};
+  return rings_.Take();
 }
 
 // From a crossing where an inside part of the border begins: along that part, then along the piece
@@ -195,7 +194,7 @@ void BorderWalk::FollowRing(std::size_t crossing, bool isOddInside, std::vector<
     TakePiece(piece, !crossings_[across].isEnd);
     at = crossings_[across].isEnd ? piece.start : piece.end;
   } while (at != crossing);
-  EndRing();
+  rings_.EndRing();
 }
 
 // The corner at the end of a side.
@@ -212,13 +211,13 @@ void BorderWalk::AddCorners(std::size_t from, std::size_t to, bool isForward) {
   // The part from the last crossing goes over the lower left corner to the first one.
   const int sides = (last < first ? 4 : 0) + lastSide - firstSide;
   for (int i = 0; i < sides; ++i) {
-    AddPoint(CornerBehind((firstSide + (isForward ? i : sides - 1 - i)) % 4));
+    rings_.AddPoint(CornerBehind((firstSide + (isForward ? i : sides - 1 - i)) % 4));
   }
 }
 
 void BorderWalk::TakePiece(const Piece& piece, bool isForward) {
   for (std::size_t i = 0; i < piece.count; ++i) {
-    AddPoint(points_[piece.first + (isForward ? i : piece.count - 1 - i)]);
+    rings_.AddPoint(points_[piece.first + (isForward ? i : piece.count - 1 - i)]);
   }
 }
 
@@ -236,22 +235,7 @@ void BorderWalk::AddInnerRing(const Piece& ring, const IsInside& isInside) {
   }
   const bool isOuter = !isInside(*top);
   TakePiece(ring, (area > 0.0) == isOuter);
-  EndRing();
-}
-
-void BorderWalk::AddPoint(const Vec2d& point) {
-  const bool isRepeated = outPoints_.size() > ringStart_ && outPoints_.back() == point;
-  if (!isRepeated) outPoints_.push_back(point);
-}
-
-void BorderWalk::EndRing() {
-  while (outPoints_.size() > ringStart_ + 1 && outPoints_.back() == outPoints_[ringStart_]) {
-    outPoints_.pop_back();
-  }
-  if (outPoints_.size() < ringStart_ + 3) outPoints_.resize(ringStart_);
-  if (outPoints_.size() == ringStart_) return;
-  outCounts_.push_back(static_cast<unsigned int>(outPoints_.size() - ringStart_));
-  ringStart_ = outPoints_.size();
+  rings_.EndRing();
 }
 
 }  // namespace tarnis

@@ -10,6 +10,8 @@
 
 #include <tarnis/Polygon2.h>
 
+#include "RingList.h"
+
 namespace tarnis {
 
 // Takes the lines that bound an area under the even-odd rule, cuts them at the border, and closes
@@ -74,8 +76,6 @@ class BorderWalk {
   void AddCorners(std::size_t from, std::size_t to, bool isForward);
   void TakePiece(const Piece& piece, bool isForward);
   void AddInnerRing(const Piece& ring, const IsInside& isInside);
-  void AddPoint(const corvel::Vec2d& point);
-  void EndRing();
 
   corvel::Box2d box_;
   std::vector<corvel::Vec2d> points_;  // of pieces and inner rings
@@ -83,9 +83,7 @@ class BorderWalk {
   std::vector<Piece> innerRings_;
   std::vector<Crossing> crossings_;
 
-  std::vector<corvel::Vec2d> outPoints_;
-  std::vector<unsigned int> outCounts_;
-  std::size_t ringStart_ = 0;
+  RingList rings_;
 };
 
 }  // namespace tarnis

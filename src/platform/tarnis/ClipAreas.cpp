@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <cstdint>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include <tarnis/Clipping.h>
@@ -7,8 +9,11 @@
 #include "BorderWalk.h"
 #include "BoxEdges.h"
 #include "ClipEngine.h"
+#include "CrossingWalk.h"
+#include "EdgeRings.h"
 #include "RegionIndex.h"
 #include "RegionPart.h"
+#include "RingContacts.h"
 
 namespace tarnis {
 
@@ -17,28 +22,12 @@ using corvel::Vec2d;
 
 namespace {
 
-// Polygons that are asked for few places only need no index before they have this many corners.
-constexpr std::size_t kCornersForIndex = 1024;
+// Polygons that are asked for few places only need no index before they have this many edges.
+constexpr std::size_t kEdgesForIndex = 256;
 
 bool HaveCommonArea(const Box2d& one, const Box2d& other) {
   return one.min.x < other.max.x && one.max.x > other.min.x && one.min.y < other.max.y &&
          one.max.y > other.min.y;
-}
-
-// As RegionIndex::IsPerturbedInside, from all edges.
-bool IsPerturbedInside(const Polygon2& polygon, const Vec2d& point) {
-  bool isInside = false;
-  const Vec2d* ring = polygon.Points().data();
-  for (const unsigned int count : polygon.Counts()) {
-    for (unsigned int i = 0; i < count; ++i) {
-      const Vec2d& a = ring[i];
-      const Vec2d& b = ring[i + 1 < count ? i + 1 : 0];
-      if ((a.x <= point.x) == (b.x <= point.x)) continue;
-      isInside ^= PerturbedOrientation(a, b, point) == (b.x > a.x ? 1 : -1);
-    }
-    ring += count;
-  }
-  return isInside;
 }
 
 Polygon2 ClipToRectangle(const Polygon2& subject, const Box2d& rectangle) {
@@ -48,10 +37,17 @@ Polygon2 ClipToRectangle(const Polygon2& subject, const Box2d& rectangle) {
     if (count > 0) walk.AddRing(ring, count);
     ring += count;
   }
-  const bool isLarge = subject.Points().size() >= kCornersForIndex;
-  return walk.Finish([&](const Vec2d& point) {
-    return isLarge ? subject.Index().IsPerturbedInside(point) : IsPerturbedInside(subject, point);
+  Polygon2 clipped = walk.Finish([&](const Vec2d& point) {
+    // One question costs less than an index, many cost more.
+    const bool isLarge = subject.Points().size() >= kEdgesForIndex && subject.Counts().size() > 1;
+    return isLarge ? subject.Index().IsPerturbedInside(point)
+                   : IsPerturbedInside(EdgeRings(subject), point);
   });
+  // The walk leaves crossings as it finds them.
+  const bool isLargeResult = clipped.Points().size() >= kEdgesForIndex;
+  const bool hasContacts =
+      isLargeResult ? clipped.Index().HasContacts() : HaveContacts(EdgeRings(clipped));
+  return hasContacts ? Resolved(clipped, FillRule::kEvenOdd) : clipped;
 }
 
 }  // namespace
@@ -67,7 +63,10 @@ Polygon2 ClipPolygonToPolygon(const Polygon2& subject, const Polygon2& clip) {
   const bool isUniform = std::none_of(edges.begin(), edges.end(), [&](std::uint32_t edge) {
     return EntersBox(index.EdgeAt(edge), box);
   });
-  if (!isUniform) return Intersection(subject, RegionPartAround(index, box));
+  if (!isUniform) {
+    std::optional<Polygon2> walked = WalkCrossings(subject, index);
+    return walked ? std::move(*walked) : Intersection(subject, RegionPartAround(index, box));
+  }
   return index.IsPerturbedInside(box.min) ? Resolved(subject, FillRule::kEvenOdd) : Polygon2();
 }
 

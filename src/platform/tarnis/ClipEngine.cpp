@@ -1,11 +1,9 @@
 #include "ClipEngine.h"
 
-#include <cstddef>
-#include <vector>
-
 #include <polyclipping/clipper.hpp>
 
 #include "IntegerGrid.h"
+#include "RingList.h"
 
 namespace tarnis {
 
@@ -40,14 +38,12 @@ class Run {
     ClipperLib::Paths paths;
     clipper_.Execute(operation, paths, rule, rule);
     vertices_.Sort();
-    std::vector<Vec2d> points;
-    std::vector<unsigned int> counts;
+    RingList rings;
     for (const ClipperLib::Path& path : paths) {
-      if (path.size() < 3) continue;
-      counts.push_back(static_cast<unsigned int>(path.size()));
-      for (const ClipperLib::IntPoint& p : path) points.push_back(vertices_.At({p.X, p.Y}));
+      for (const ClipperLib::IntPoint& p : path) rings.AddPoint(vertices_.At({p.X, p.Y}));
+      rings.EndRing();
     }
-    return {std::move(points), std::move(counts)};
+    return rings.Take();
   }
 
  private:

@@ -25,8 +25,7 @@ TARNIS_API bool PolygonContains(const Polygon2& polygon, const Polygon2& test);
 
 // The area that is inside both polygons, in open rings: outer ones run counter-clockwise, holes
 // clockwise. No rings if there is no such area. Rings that touch themselves or each other may come
-// as one or as several. Where `clip` is a rectangle, rings of the result cross as far as those of
-// the subject do; otherwise rings never cross.
+// as one or as several; they never cross.
 //
 // A corner of either polygon that is a corner of the result, too, is the same to the last bit. New
 // corners lie where the edges cross, but for rounding: within 1e-9 of the size of the subject.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace tarnis {
 
@@ -15,6 +16,9 @@ constexpr int kBits = 52;
 
 // Steps of the grid that are finer than the smallest double would not be numbers.
 constexpr int kMostExponent = 1000;
+
+// How far the rounding of a crossing may take it from a vertex that it is.
+constexpr std::int64_t kNearSteps = 64;
 
 }  // namespace
 
@@ -48,11 +52,17 @@ void GridVertices::Sort() {
 }
 
 Vec2d GridVertices::At(const IntegerGrid::Point& point) const {
-  const auto found =
-      std::lower_bound(vertices_.begin(), vertices_.end(), point,
-                       [](const auto& vertex, const auto& p) { return vertex.first < p; });
-  const bool isVertex = found != vertices_.end() && found->first == point;
-  return isVertex ? found->second : grid_.Place(point);
+  const auto isBefore = [](const auto& vertex, const IntegerGrid::Point& p) {
+    return vertex.first < p;
+  };
+  const auto found = std::lower_bound(vertices_.begin(), vertices_.end(), point, isBefore);
+  if (found != vertices_.end() && found->first == point) return found->second;
+  const IntegerGrid::Point left{point.x - kNearSteps, point.y - kNearSteps};
+  auto vertex = std::lower_bound(vertices_.begin(), found, left, isBefore);
+  for (; vertex != vertices_.end() && vertex->first.x <= point.x + kNearSteps; ++vertex) {
+    if (std::abs(vertex->first.y - point.y) <= kNearSteps) return vertex->second;
+  }
+  return grid_.Place(point);
 }
 
 }  // namespace tarnis

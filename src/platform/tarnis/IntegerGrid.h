@@ -43,7 +43,8 @@ class GridVertices {
   // Call once after the last Add.
   void Sort();
 
-  // The first point that was added at this place of the grid, or the place itself.
+  // The first point that was added at this place of the grid, or else another one so near that the
+  // place may be its own, but for the rounding of a crossing, or else the place itself.
   corvel::Vec2d At(const IntegerGrid::Point& point) const;
 
  private:

@@ -6,18 +6,21 @@ namespace tarnis {
 
 using corvel::Vec2d;
 
-void LinePieces::Add(const Span& span) {
-  if (!goesOn_ || span.from.t > 0.0) {
-    End();
-    points_.push_back(span.from.point);
+void LinePieces::AddSegment(const std::vector<Span>& parts) {
+  for (const Span& part : parts) {
+    if (!goesOn_ || part.from.t > 0.0) {
+      EndPiece();
+      points_.push_back(part.from.point);
+    }
+    points_.push_back(part.to.point);
+    goesOn_ = true;
   }
-  points_.push_back(span.to.point);
-  goesOn_ = span.to.t == 1.0;
+  goesOn_ = !parts.empty() && parts.back().to.t == 1.0;
 }
 
 void LinePieces::Repeat(const Vec2d& point) {
   if (!goesOn_) {
-    End();
+    EndPiece();
     points_.push_back(point);
     goesOn_ = true;
   }
@@ -25,7 +28,12 @@ void LinePieces::Repeat(const Vec2d& point) {
 }
 
 void LinePieces::End() {
+  EndPiece();
   goesOn_ = false;
+}
+
+// A piece that is only a point falls out.
+void LinePieces::EndPiece() {
   const auto first = points_.begin() + static_cast<std::ptrdiff_t>(start_);
   const bool isPoint =
       std::all_of(first, points_.end(), [&](const Vec2d& point) { return point == *first; });

@@ -16,19 +16,21 @@ class LinePieces {
   LinePieces(std::vector<corvel::Vec2d>& points, std::vector<unsigned int>& counts)
       : points_(points), counts_(counts), start_(points.size()) {}
 
-  // A part of the next segment of the line, or of the same one behind the part before.
-  void Add(const Span& span);
+  // The parts of the next segment of the line, in its order.
+  void AddSegment(const std::vector<Span>& parts);
 
   // A point of the line that is given once more, and is inside.
   void Repeat(const corvel::Vec2d& point);
 
-  // The line ends or leaves what is inside. A piece that is only a point falls out.
+  // The line ends.
   void End();
 
   // The whole line is one point.
   void AddPoint(const corvel::Vec2d* points, std::size_t count);
 
  private:
+  void EndPiece();
+
   std::vector<corvel::Vec2d>& points_;
   std::vector<unsigned int>& counts_;
   std::size_t start_;    // of the piece that is being put together
@@ -49,7 +51,7 @@ void CutLine(const corvel::Vec2d* points, std::size_t count, Cutter& cutter, Lin
     }
     isPoint = false;
     cutter.LineTo(points[i]);
-    for (const Span& span : cutter.Inside()) pieces.Add(span);
+    pieces.AddSegment(cutter.Inside());
   }
   pieces.End();
   if (isPoint && cutter.Here() != Place::kOutside) pieces.AddPoint(points, count);

@@ -53,19 +53,21 @@ std::vector<Edge> OnTheSameLine(const Edge& edge, const std::vector<Edge>& edges
   return same;
 }
 
-// Between any two neighbouring ends, the edges of a line lie on one another in the same number.
-bool HasOddPart(const std::vector<Edge>& line, const std::function<bool(const Edge&)>& isMet) {
+// Between any two neighbouring ends that lie on the edge, the edges of its line lie on one another
+// in the same number.
+bool HasOddPart(const Edge& edge, const std::vector<Edge>& line,
+                const std::function<bool(const Edge&)>& isMet) {
   std::vector<Vec2d> ends;
-  for (const Edge& edge : line) {
-    ends.push_back(edge.a);
-    ends.push_back(edge.b);
+  for (const Edge& other : line) {
+    ends.push_back(IsBefore(other.a, edge.a) ? edge.a : other.a);
+    ends.push_back(IsBefore(edge.b, other.b) ? edge.b : other.b);
   }
   std::sort(ends.begin(), ends.end(), IsBefore);
   for (std::size_t i = 0; i + 1 < ends.size(); ++i) {
     const Edge part{ends[i], ends[i + 1]};
     if (part.a == part.b) continue;
-    const auto covers = std::count_if(line.begin(), line.end(), [&](const Edge& edge) {
-      return !IsBefore(part.a, edge.a) && !IsBefore(edge.b, part.b);
+    const auto covers = std::count_if(line.begin(), line.end(), [&](const Edge& other) {
+      return !IsBefore(part.a, other.a) && !IsBefore(other.b, part.b);
     });
     if (covers % 2 == 1 && isMet(part)) return true;
   }
@@ -78,7 +80,7 @@ bool HasOddEdge(const RegionIndex& index, const std::vector<std::uint32_t>& edge
                 const std::function<bool(const Edge&)>& isMet) {
   const std::vector<Edge> odd = WithoutPairs(index, edges);
   return std::any_of(odd.begin(), odd.end(), [&](const Edge& edge) {
-    return isMet(edge) && HasOddPart(OnTheSameLine(edge, odd), isMet);
+    return isMet(edge) && HasOddPart(edge, OnTheSameLine(edge, odd), isMet);
   });
 }
 

@@ -1,6 +1,7 @@
 // On which side of a line a point lies, without error of rounding.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 
 #include <corvel/Geometry.h>
@@ -42,8 +43,8 @@ inline int PerturbedOrientation(const corvel::Vec2d& a, const corvel::Vec2d& b,
 
 // Whether the point lies on the segment, its ends included.
 inline bool IsOnSegment(const corvel::Vec2d& p, const corvel::Vec2d& a, const corvel::Vec2d& b) {
-  const bool isInBox = std::fmin(a.x, b.x) <= p.x && p.x <= std::fmax(a.x, b.x) &&
-                       std::fmin(a.y, b.y) <= p.y && p.y <= std::fmax(a.y, b.y);
+  const bool isInBox = std::min(a.x, b.x) <= p.x && p.x <= std::max(a.x, b.x) &&
+                       std::min(a.y, b.y) <= p.y && p.y <= std::max(a.y, b.y);
   return isInBox && Orientation(a, b, p) == 0;
 }
 

@@ -74,10 +74,25 @@ bool PointInPolygon(const Vec2d& point, const Polygon2& polygon) {
   return polygon.Index().PlaceOf(point) != Place::kOutside;
 }
 
+// Every other point by itself, so that one comparison need not wait for the last.
 Box2d GetBoundingBox(const Polygon2& polygon) {
-  Box2d box;
-  box.BoundPoints(polygon.Points().data(), polygon.Points().size());
-  return box;
+  const std::vector<Vec2d>& points = polygon.Points();
+  Box2d even;
+  Box2d odd;
+  const auto include = [](Box2d& box, const Vec2d& point) {
+    box.min.x = std::min(box.min.x, point.x);
+    box.min.y = std::min(box.min.y, point.y);
+    box.max.x = std::max(box.max.x, point.x);
+    box.max.y = std::max(box.max.y, point.y);
+  };
+  std::size_t i = 0;
+  for (; i + 1 < points.size(); i += 2) {
+    include(even, points[i]);
+    include(odd, points[i + 1]);
+  }
+  if (i < points.size()) include(even, points[i]);
+  return {std::min(even.min.x, odd.min.x), std::min(even.min.y, odd.min.y),
+          std::max(even.max.x, odd.max.x), std::max(even.max.y, odd.max.y)};
 }
 
 bool GetIfRect(const Polygon2& polygon, Box2d& rectangle) {

@@ -7,6 +7,7 @@
 #include <tarnis/Polygon2.h>
 
 #include "Orientation.h"
+#include "RingContacts.h"
 
 namespace tarnis {
 
@@ -16,6 +17,7 @@ using corvel::Vec2d;
 namespace {
 
 constexpr std::size_t kCellsForAnEdge = 2;
+constexpr std::size_t kLeastCells = 4096;
 constexpr double kPassagesForAnEdge = 16.0;
 constexpr std::size_t kMostCells = std::size_t{1} << 22;
 constexpr double kUlp = std::numeric_limits<double>::epsilon();
@@ -43,36 +45,18 @@ void SortOnce(std::vector<std::uint32_t>& edges) {
 
 }  // namespace
 
-RegionIndex::RegionIndex(const Polygon2& region) {
-  TakeEdges(region);
-  if (edges_.empty()) return;
+RegionIndex::RegionIndex(const Polygon2& region) : edges_(region) {
+  if (edges_.IsEmpty()) return;
   box_ = GetBoundingBox(region);
   DivideBox();
   ListEdges();
   NoteCorners();
-}
-
-void RegionIndex::TakeEdges(const Polygon2& region) {
-  edges_.reserve(region.Points().size());
-  const Vec2d* ring = region.Points().data();
-  for (const unsigned int count : region.Counts()) {
-    if (count == 0) continue;
-    rings_.push_back(static_cast<std::uint32_t>(edges_.size()));
-    for (unsigned int i = 0; i < count; ++i) {
-      edges_.push_back({ring[i], ring[i + 1 < count ? i + 1 : 0]});
-    }
-    ring += count;
-  }
-  rings_.push_back(static_cast<std::uint32_t>(edges_.size()));
-}
-
-std::pair<std::uint32_t, std::uint32_t> RegionIndex::RingOf(std::uint32_t edge) const {
-  const auto after = std::upper_bound(rings_.begin(), rings_.end(), edge);
-  return {*(after - 1), *after};
+  hasContacts_ = HaveContacts(*this);
+  if (!hasContacts_) NoteSides();
 }
 
 void RegionIndex::DivideBox() {
-  const std::size_t cells = std::min(kCellsForAnEdge * edges_.size(), kMostCells);
+  const std::size_t cells = std::clamp(kCellsForAnEdge * edges_.Size(), kLeastCells, kMostCells);
   const double width = box_.Width();
   const double height = box_.Height();
   const std::size_t columns = ColumnsFor(width, height, cells);
@@ -85,7 +69,8 @@ void RegionIndex::DivideBox() {
     if (height > 0.0)
       passages += std::fabs(edge.b.y - edge.a.y) / height * static_cast<double>(rows);
   }
-  const double allowed = kPassagesForAnEdge * static_cast<double>(edges_.size());
+  const double allowed = std::fmax(kPassagesForAnEdge * static_cast<double>(edges_.Size()),
+                                   2.0 * static_cast<double>(kLeastCells));
   const double share = std::fmin(1.0, allowed / std::fmax(passages, 1.0));
   const auto part = [share](std::size_t count) {
     return std::max<std::size_t>(1, static_cast<std::size_t>(static_cast<double>(count) * share));
@@ -100,8 +85,8 @@ void RegionIndex::ForEachCellOf(const Edge& edge, const Take& take) const {
   const bool isUpward = edge.a.y <= edge.b.y;
   const Vec2d& low = isUpward ? edge.a : edge.b;
   const Vec2d& high = isUpward ? edge.b : edge.a;
-  const double least = std::fmin(low.x, high.x);
-  const double most = std::fmax(low.x, high.x);
+  const double least = std::min(low.x, high.x);
+  const double most = std::max(low.x, high.x);
   // How far rounding may take the place where the edge crosses a line of the grid.
   const double slack = 8 * kUlp * (std::fabs(low.x) + std::fabs(high.x));
   const double height = high.y - low.y;
@@ -116,8 +101,8 @@ void RegionIndex::ForEachCellOf(const Edge& edge, const Take& take) const {
   for (const std::size_t last = rows_.CellOf(high.y); row <= last; ++row) {
     const double below = height > 0.0 ? xAt(rows_.Line(row)) : low.x;
     const double above = height > 0.0 ? xAt(rows_.Line(row + 1)) : high.x;
-    const double from = std::fmax(least, std::fmin(below, above) - slack);
-    const double to = std::fmin(most, std::fmax(below, above) + slack);
+    const double from = std::max(least, std::min(below, above) - slack);
+    const double to = std::min(most, std::max(below, above) + slack);
     for (std::size_t column = columns_.CellOf(from); column <= columns_.CellOf(to); ++column) {
       take(Cell(column, row));
     }
@@ -134,9 +119,8 @@ void RegionIndex::ListEdges() {
   for (std::size_t cell = 0; cell < cells; ++cell) starts_[cell + 1] += starts_[cell];
   listed_.resize(starts_.back());
   std::vector<std::uint32_t> next(starts_.begin(), starts_.end() - 1);
-  for (std::size_t i = 0; i < edges_.size(); ++i) {
-    ForEachCellOf(edges_[i],
-                  [&](std::size_t cell) { listed_[next[cell]++] = static_cast<std::uint32_t>(i); });
+  for (std::uint32_t i = 0; i < edges_.Size(); ++i) {
+    ForEachCellOf(edges_[i], [&](std::size_t cell) { listed_[next[cell]++] = i; });
   }
 }
 
@@ -153,6 +137,15 @@ void RegionIndex::NoteCorners() {
                                   rows_.Line(row + 1));
       }
     }
+  }
+}
+
+// Above its highest corner, an outer ring is outside.
+void RegionIndex::NoteSides() {
+  isLeftInside_.resize(edges_.Rings());
+  for (std::uint32_t ring = 0; ring < edges_.Rings(); ++ring) {
+    const bool isOuter = !IsPerturbedInside(edges_[TopEdge(edges_, ring)].a);
+    isLeftInside_[ring] = RunsCounterClockwise(edges_, ring) == isOuter;
   }
 }
 
@@ -208,18 +201,28 @@ void RegionIndex::EdgesNear(const Box2d& box, std::vector<std::uint32_t>& edges)
   SortOnce(edges);
 }
 
-void RegionIndex::EdgesNear(const Edge& segment, std::vector<std::uint32_t>& edges) const {
-  edges.clear();
-  const bool isBeside = std::fmax(segment.a.x, segment.b.x) < box_.min.x ||
-                        std::fmin(segment.a.x, segment.b.x) > box_.max.x ||
-                        std::fmax(segment.a.y, segment.b.y) < box_.min.y ||
-                        std::fmin(segment.a.y, segment.b.y) > box_.max.y;
-  if (isBeside) return;
-  ForEachCellOf(segment, [&](std::size_t cell) {
-    const auto here = EdgesOf(cell);
-    edges.insert(edges.end(), here.begin(), here.end());
+std::span<const std::uint32_t> RegionIndex::EdgesNear(const Edge& way,
+                                                      std::vector<std::uint32_t>& buffer) const {
+  const auto [left, right] = std::minmax(way.a.x, way.b.x);
+  const auto [low, high] = std::minmax(way.a.y, way.b.y);
+  if (right < box_.min.x || left > box_.max.x || high < box_.min.y || low > box_.max.y) return {};
+  const std::size_t cell = CellAround(way.a);
+  if (CellAround(way.b) == cell) return EdgesOf(cell);
+  buffer.clear();
+  ForEachCellOf(way, [&](std::size_t near) {
+    const auto edges = EdgesOf(near);
+    buffer.insert(buffer.end(), edges.begin(), edges.end());
   });
-  SortOnce(edges);
+  SortOnce(buffer);
+  return buffer;
+}
+
+Box2d RegionIndex::QuietBoxAround(const Vec2d& point) const {
+  if (!Covers(point)) return {};
+  const std::size_t column = columns_.CellOf(point.x);
+  const std::size_t row = rows_.CellOf(point.y);
+  if (!EdgesOf(Cell(column, row)).empty()) return {};
+  return {columns_.Line(column), rows_.Line(row), columns_.Line(column + 1), rows_.Line(row + 1)};
 }
 
 }  // namespace tarnis

@@ -5,20 +5,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <utility>
 #include <vector>
 
 #include <corvel/Geometry.h>
 
+#include "EdgeRings.h"
 #include "GridAxis.h"
 
 namespace tarnis {
-
-class Polygon2;
-
-struct Edge {
-  corvel::Vec2d a, b;
-};
 
 // Where a point lies.
 enum class Place { kOutside, kInside, kBoundary };
@@ -33,11 +27,16 @@ class RegionIndex {
   // Around all edges.
   const corvel::Box2d& Box() const { return box_; }
 
+  const EdgeRings& Rings() const { return edges_; }
   const Edge& EdgeAt(std::uint32_t edge) const { return edges_[edge]; }
 
-  // The edges of the ring that has this one: from the first up to, but not including, the second
-  // number. Each goes on where the one before it ends, and the first where the last ends.
-  std::pair<std::uint32_t, std::uint32_t> RingOf(std::uint32_t edge) const;
+  // Whether edges meet, other than where one goes on from the other; see HaveContacts.
+  bool HasContacts() const { return hasContacts_; }
+
+  // Whether the region is to the left of the edges of a ring.
+  //
+  // REQUIRES: the region has no contacts.
+  bool IsLeftInside(std::uint32_t ring) const { return isLeftInside_[ring]; }
 
   Place PlaceOf(const corvel::Vec2d& point) const;
 
@@ -48,15 +47,41 @@ class RegionIndex {
   // The edges that come near a place: all that touch it, and perhaps others. Each once, in
   // ascending order. The result is cleared first.
   void EdgesNear(const corvel::Box2d& box, std::vector<std::uint32_t>& edges) const;
-  void EdgesNear(const Edge& segment, std::vector<std::uint32_t>& edges) const;
+
+  // The same for the way between two points. The result lies in the index or in `buffer`.
+  std::span<const std::uint32_t> EdgesNear(const Edge& way,
+                                           std::vector<std::uint32_t>& buffer) const;
+
+  // A box around the point that no edge comes near; the empty box if the index knows of none.
+  // Points on its upper and right sides do not belong to it.
+  corvel::Box2d QuietBoxAround(const corvel::Vec2d& point) const;
+
+  // Whether `isMet` is true of any two edges that come near each other, the one of the lower number
+  // first. Asks of some pairs more than once. Gives up after `mostPairs`, and returns true.
+  template <class IsMet>
+  bool AnyPairNear(std::size_t mostPairs, const IsMet& isMet) const {
+    const std::size_t cells = columns_.Cells() * rows_.Cells();
+    for (std::size_t cell = 0; cell < cells; ++cell) {
+      const auto edges = EdgesOf(cell);
+      const std::size_t pairs = edges.size() * edges.size() / 2;
+      if (pairs > mostPairs) return true;
+      mostPairs -= pairs;
+      for (std::size_t i = 0; i < edges.size(); ++i) {
+        for (std::size_t j = i + 1; j < edges.size(); ++j) {
+          if (isMet(edges[i], edges[j])) return true;
+        }
+      }
+    }
+    return false;
+  }
 
  private:
   template <class Take>
   void ForEachCellOf(const Edge& edge, const Take& take) const;
-  void TakeEdges(const Polygon2& region);
   void DivideBox();
   void ListEdges();
   void NoteCorners();
+  void NoteSides();
   template <class Side>
   bool Parity(const corvel::Vec2d& point, const Side& side) const;
   std::size_t CellAround(const corvel::Vec2d& point) const {
@@ -74,13 +99,14 @@ class RegionIndex {
   }
 
   corvel::Box2d box_;
-  std::vector<Edge> edges_;
-  std::vector<std::uint32_t> rings_;  // the first edge of each, and the number of all at the end
+  EdgeRings edges_;
   GridAxis columns_;
   GridAxis rows_;
   std::vector<std::uint32_t> starts_;  // of each cell in listed_; one more at the end
   std::vector<std::uint32_t> listed_;  // edges
   std::vector<bool> isCornerInside_;
+  bool hasContacts_ = false;
+  std::vector<bool> isLeftInside_;  // of each ring
 };
 
 }  // namespace tarnis

@@ -28,7 +28,9 @@ Box2d Grown(const Box2d& box) {
 // Adds lines of those edges of one ring that follow one another.
 void AddEdgesOfRing(const RegionIndex& index, std::span<const std::uint32_t> edges,
                     BorderWalk& walk) {
-  const auto [first, end] = index.RingOf(edges.front());
+  const std::uint32_t ring = index.Rings().RingOf(edges.front());
+  const std::uint32_t first = index.Rings().Begin(ring);
+  const std::uint32_t end = index.Rings().End(ring);
   std::vector<Vec2d> line;
   if (edges.size() == end - first) {
     for (const std::uint32_t edge : edges) line.push_back(index.EdgeAt(edge).a);
@@ -60,7 +62,7 @@ Polygon2 RegionPartAround(const RegionIndex& index, const Box2d& box) {
   index.EdgesNear(grown, edges);
   BorderWalk walk(grown);
   for (std::span<const std::uint32_t> rest(edges); !rest.empty();) {
-    const auto ringEnd = index.RingOf(rest.front()).second;
+    const auto ringEnd = index.Rings().End(index.Rings().RingOf(rest.front()));
     const auto count = static_cast<std::size_t>(
         std::lower_bound(rest.begin(), rest.end(), ringEnd) - rest.begin());
     AddEdgesOfRing(index, rest.first(count), walk);

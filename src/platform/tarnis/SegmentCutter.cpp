@@ -47,14 +47,32 @@ double Between(double from, double to, double share, double rest) {
 void SegmentCutter::MoveTo(const Vec2d& point) {
   here_ = point;
   place_ = index_.PlaceOf(point);
+  quiet_ = index_.QuietBoxAround(point);
 }
 
 void SegmentCutter::LineTo(const Vec2d& to) {
   inside_.clear();
   crossings_.clear();
+  insideLeft_.clear();
+  if (StaysInQuiet(to)) {
+    if (place_ == Place::kInside) {
+      inside_.push_back({{0.0, here_}, {1.0, to}});
+      insideLeft_ = inside_;
+    }
+    here_ = to;
+    return;
+  }
   isAtEdge_ = false;
-  index_.EdgesNear(Edge{here_, to}, edges_);
-  for (const std::uint32_t edge : edges_) MeetEdge(index_.EdgeAt(edge), to);
+  edges_ = index_.EdgesNear(Edge{here_, to}, buffer_);
+  const auto [left, right] = std::minmax(here_.x, to.x);
+  const auto [low, high] = std::minmax(here_.y, to.y);
+  for (const std::uint32_t i : edges_) {
+    const Edge& edge = index_.EdgeAt(i);
+    const bool isBeside =
+        (edge.a.x < left && edge.b.x < left) || (edge.a.x > right && edge.b.x > right) ||
+        (edge.a.y < low && edge.b.y < low) || (edge.a.y > high && edge.b.y > high);
+    if (!isBeside) MeetEdge(edge, to);
+  }
   // The parity is that of a way just left of this one: it crosses no corner of the region, and
   // between two crossings this way is on the same side of the boundary, or on it.
   bool isInside = place_ == Place::kBoundary ? StartParity(to) : place_ == Place::kInside;
@@ -62,6 +80,7 @@ void SegmentCutter::LineTo(const Vec2d& to) {
   isInside ^= crossings_.size() % 2 == 1;
   UniteSpans();
   here_ = to;
+  quiet_ = index_.QuietBoxAround(to);
   place_ = isAtEdge_ ? Place::kBoundary : isInside ? Place::kInside : Place::kOutside;
 }
 
@@ -120,7 +139,6 @@ void SegmentCutter::CrossEdge(const Edge& edge, const Vec2d& to, int sideOfA, in
 }
 
 void SegmentCutter::NoteInsideLeft(bool isInside, const Vec2d& to) {
-  insideLeft_.clear();
   std::sort(crossings_.begin(), crossings_.end(),
             [](const Cut& one, const Cut& other) { return one.t < other.t; });
   Cut from{0.0, here_};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include <corvel/Geometry.h>
@@ -52,11 +53,17 @@ class SegmentCutter {
   void CrossEdge(const Edge& edge, const corvel::Vec2d& to, int sideOfA, int sideOfB);
   void NoteInsideLeft(bool isInside, const corvel::Vec2d& to);
   void UniteSpans();
+  bool StaysInQuiet(const corvel::Vec2d& to) const {
+    return to.x >= quiet_.min.x && to.x < quiet_.max.x && to.y >= quiet_.min.y &&
+           to.y < quiet_.max.y;
+  }
 
   const RegionIndex& index_;
   corvel::Vec2d here_;
   Place place_ = Place::kOutside;
-  std::vector<std::uint32_t> edges_;  // near the way
+  corvel::Box2d quiet_;                   // here, without any edge; perhaps empty
+  std::span<const std::uint32_t> edges_;  // near the way
+  std::vector<std::uint32_t> buffer_;     // of those
   std::vector<Cut> crossings_;
   std::vector<Span> insideLeft_;
   std::vector<Span> inside_;

@@ -249,6 +249,106 @@ TEXTS = {
 }
 
 
+def svg(content, attributes=b"viewBox='0 0 1000 1000'", head=b""):
+    """An SVG document."""
+    return (head + b"<svg xmlns='http://www.w3.org/2000/svg' " + attributes + b">" + content +
+            b"</svg>")
+
+
+SVG_DOCUMENTS = {
+    "shapes": svg(b"<rect width='9' height='5%' rx='2'/><circle r='1em'/><ellipse rx='3' ry='2'/>"
+                  b"<line x2='9' stroke='red'/><polygon points='0,0 9,0 9 9'/>"
+                  b"<polyline points='1-1.5.5 3 4'/>"),
+    "path": svg(b"<path d='M0 0h9v9H0VzL1 1C1 2 3 4 5 6s7 8 9 0Q1 2 3 4t5 6a9 5 30 1010 5A1 1 0 01 "
+                b"5 5z' fill-rule='evenodd' stroke='#f80' stroke-dasharray='1 2px 3%' "
+                b"stroke-linecap='round'/>"),
+    "styles": svg(b"<style>/* x */ @media x{a{b:c}} g>path.c,#i *[id~='j']{fill:hsl(9,9%,9%)"
+                  b"!important;opacity:.5}</style><g id='i' style='font:bold 2em x;color:#123'>"
+                  b"<path class='c d' id='j' fill='currentColor' d='M0 0h9v9z'/></g>"),
+    "clips": svg(b"<clipPath id='a' clipPathUnits='objectBoundingBox'><circle r='.5'/></clipPath>"
+                 b"<clipPath id='b' clip-path='url(#a)'><use href='#r'/></clipPath>"
+                 b"<g clip-path='url(#b)'><rect id='r' width='99' height='99' stroke='red' "
+                 b"stroke-width='9'/></g>"),
+    "uses": svg(b"<symbol id='s' viewBox='0 0 9 9' preserveAspectRatio='xMinYMax slice'><g id='g'>"
+                b"<use href='#g'/><path d='M0 0h9v9z'/></g></symbol><use href='#s' width='5' "
+                b"height='7' transform='rotate(30,1 2) skewX(3) matrix(1 2 3 4 5 6)'/>"
+                b"<svg x='5' width='50%' height='9' viewBox='1 2 3 4'><use href='#g'/></svg>"
+                b"<switch><g systemLanguage='de'/><a><use href='#s'/></a></switch>"),
+    "paints": svg(b"<linearGradient id='a'><stop stop-color='red' stop-opacity='50%'/>"
+                  b"</linearGradient><radialGradient id='b' href='#a'/><rect width='9' height='9' "
+                  b"fill='url(#b) blue' stroke='url(#c) none'/>"),
+    "text": svg(b"<text x='1 2' dx='3' text-anchor='end' xml:space='preserve'>a&#228;<tspan y='5' "
+                b"font-size='larger'>b</tspan><textPath href='#x'>c</textPath></text>"),
+    "entities": svg(b"<rect &a; width='&b;'/>",
+                    head=b"<?xml version='1.0'?><!DOCTYPE svg [<!ENTITY a \"height='&b;'\">"
+                         b"<!ENTITY b '9'>]>"),
+    "sizes": svg(b"<path d='M1 1L9 9'/>", attributes=b"width='5mm' height='100%'"),
+    "cut": svg(b"<g><path d='M0 0h9"),
+}
+
+
+WELL_KNOWN_TEXTS = {
+    "polygon": b"POLYGON ((0 0, 4 0, 4 4, 0 0), (2 1, 3 1, 3 2, 2 1))",
+    "several": b"MultiPolygon Z (((0 0 1,1 0 1,1 1 1)),EMPTY,((5 5 2,6 5 2,6 6 2)))",
+    "empty": b"polygonzm empty",
+    "empty_ring": b"POLYGON (EMPTY, (1e3 -.5, +2 3., 4 5))",
+    "cut": b"POLYGON ((0 0, 1 1",
+}
+
+
+def feature(geometry, properties=b"null"):
+    return b'{"type":"Feature","geometry":%s,"properties":%s}' % (geometry, properties)
+
+
+def geometry(kind, coordinates):
+    return b'{"type":"%s","coordinates":%s}' % (kind, coordinates)
+
+
+GEO_JSON = {
+    "point": geometry(b"Point", b"[1,2.5e1,3]"),
+    "lines": geometry(b"MultiLineString", b"[[[0,0],[1,1]],[[2,2],[3,3]]]"),
+    "polygon": geometry(b"Polygon", b"[[[0,0],[9,0],[9,9],[0,0]],[[5,1],[6,1],[6,2],[5,1]]]"),
+    "features": b'{"type":"FeatureCollection","features":[%s,%s]}' % (
+        feature(geometry(b"MultiPolygon", b"[[[[0,0],[9,0],[9,9]]],[]]"),
+                b'{"a":"b","c":[1,{"d":null}],"e":true}'),
+        feature(b"null")),
+    "collection": b'{"geometries":[%s],"type":"GeometryCollection"}' % (
+        geometry(b"MultiPoint", b"[[1,2],[3,4]]")),
+    "foreign": b'\xef\xbb\xbf{"type":"Point","bbox":[1,2],"x":{"type":[]},"coordinates":[1,2]}',
+    "cut": b'{"type":"Point","coordinates":[1,',
+}
+
+
+def shapefile(kind, records):
+    body = b"".join(struct.pack(">2i", i + 1, len(r) // 2) + r for i, r in enumerate(records))
+    head = struct.pack(">7i", 9994, 0, 0, 0, 0, 0, (100 + len(body)) // 2)
+    return head + struct.pack("<2i8d", 1000, kind, *[0.0, 0, 9, 9, 0, 0, 0, 0]) + body
+
+
+def parts(kind, *rings, tail=b""):
+    points = [p for ring in rings for p in ring]
+    firsts = [sum(len(r) for r in rings[:i]) for i in range(len(rings))]
+    return (struct.pack("<i4d2i", kind, 0, 0, 9, 9, len(rings), len(points))
+            + struct.pack("<%di" % len(rings), *firsts)
+            + b"".join(struct.pack("<2d", *p) for p in points) + tail)
+
+
+RING = [(0, 0), (0, 9), (9, 9), (0, 0)]
+SHAPEFILES = {
+    "points": shapefile(1, [struct.pack("<i2d", 1, 1, 2), struct.pack("<i4d", 11, 1, 2, 3, 4),
+                            struct.pack("<i3d", 21, 5, 6, 7), struct.pack("<i", 0)]),
+    "lines": shapefile(3, [parts(3, RING[:2], RING[1:]), parts(23, RING)]),
+    "polygons": shapefile(5, [parts(5, RING, [(1, 2), (2, 3), (1, 3)])]),
+    "heights": shapefile(15, [parts(15, RING, tail=struct.pack("<6d", 0, 1, 2, 3, 4, 5))]),
+    "sets": shapefile(8, [struct.pack("<i4di4d", 8, 0, 0, 9, 9, 2, 1, 2, 3, 4)]),
+    "patches": shapefile(31, [parts(31, RING)]),
+    "no_extent": shapefile(1, [struct.pack("<i2d", 1, 1, 2)])[:36] + b"\xff" * 32
+                 + shapefile(1, [struct.pack("<i2d", 1, 1, 2)])[68:],
+    "cut": shapefile(5, [parts(5, RING)])[:-9],
+    "huge": shapefile(5, [struct.pack("<i4d2I", 5, 0, 0, 9, 9, 0xFFFFFFFF, 0xFFFFFFFF)]),
+}
+
+
 def write(harness, seeds):
     folder = CORPUS / harness
     folder.mkdir(parents=True, exist_ok=True)
@@ -269,3 +369,7 @@ write("VtkReaderFuzz", VTK_FILES)
 write("EnviHeaderFuzz", ENVI_HEADERS)
 write("HgtFuzz", HGT_TILES)
 write("DelimitedReaderFuzz", DELIMITED_TEXTS)
+write("SvgImportFuzz", SVG_DOCUMENTS)
+write("WktPolygonFuzz", WELL_KNOWN_TEXTS)
+write("GeoJsonFuzz", GEO_JSON)
+write("ShapefileFuzz", SHAPEFILES)

@@ -7,8 +7,8 @@
 
 namespace trovan::filters {
 
-void WritePng(const std::wstring& path, unsigned width, unsigned height,
-              const std::vector<std::uint8_t>& pixels) {
+std::vector<std::uint8_t> EncodePng(unsigned width, unsigned height,
+                                    const std::vector<std::uint8_t>& pixels) {
   png_image image{};
   image.version = PNG_IMAGE_VERSION;
   image.width = width;
@@ -22,8 +22,15 @@ void WritePng(const std::wstring& path, unsigned width, unsigned height,
   png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
   std::vector<std::uint8_t> bytes(size);
   encode(bytes.data(), size);
+  bytes.resize(size);
+  return bytes;
+}
+
+void WritePng(const std::wstring& path, unsigned width, unsigned height,
+              const std::vector<std::uint8_t>& pixels) {
+  const std::vector<std::uint8_t> bytes = EncodePng(width, height, pixels);
   OutputFile file(path);
-  file.Fill([&](corvel::CBufferedFile& to) { to.Write(bytes.data(), size); });
+  file.Fill([&](corvel::CBufferedFile& to) { to.Write(bytes.data(), bytes.size()); });
   file.Commit();
 }
 

@@ -6,8 +6,8 @@
 
 #include "filters/support/FilterError.h"
 #include "filters/support/NumberText.h"
+#include "filters/support/StoredNumbers.h"
 #include "filters/table/FieldText.h"
-#include "filters/table/StoredIntegers.h"
 
 namespace trovan::filters {
 namespace {

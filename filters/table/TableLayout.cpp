@@ -6,7 +6,7 @@
 #include <corvel/Text.h>
 
 #include "filters/support/FilterError.h"
-#include "filters/table/StoredIntegers.h"
+#include "filters/support/StoredNumbers.h"
 
 namespace trovan::filters {
 namespace {

@@ -13,6 +13,7 @@
 
 #include "Printable.h"
 #include "StandardOutput.h"
+#include "clip/ClipCommand.h"
 #include "lattice/LatticeCommand.h"
 #include "table/TableCommand.h"
 #include "text/TextCommand.h"
@@ -54,6 +55,7 @@ int Run(int argc, char** argv) {
 
   std::function<int()> work;
   AddTableCommand(app, work);
+  AddClipCommand(app, work);
   AddLatticeCommand(app, work);
   AddTextCommand(app, work);
   try {

@@ -1,7 +1,8 @@
-// Integers as tables and memo files store them, byte by byte: neither the machine's byte order nor
-// the alignment matters.
+// Numbers as binary files store them, byte by byte: neither the machine's byte order nor the
+// alignment matters.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 
 namespace trovan::filters {
@@ -28,6 +29,10 @@ constexpr std::uint32_t LoadU32HighFirst(const unsigned char* bytes) {
 
 constexpr std::uint64_t LoadU64HighFirst(const unsigned char* bytes) {
   return static_cast<std::uint64_t>(LoadU32HighFirst(bytes)) << 32 | LoadU32HighFirst(bytes + 4);
+}
+
+constexpr double LoadDouble(const unsigned char* bytes) {
+  return std::bit_cast<double>(LoadU64(bytes));
 }
 
 }  // namespace trovan::filters

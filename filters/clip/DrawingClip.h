@@ -1,0 +1,34 @@
+// Clips a drawing to a region, and draws what remains as SVG.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <corvel/Progress.h>
+#include <tarnis/Polygon2.h>
+
+#include "filters/clip/DrawingFormats.h"
+#include "filters/drawing/ClipStatistics.h"
+#include "filters/support/ByteSink.h"
+#include "filters/support/Problems.h"
+
+namespace trovan::filters {
+
+struct DrawingClipResult {
+  ClipStatistics statistics;
+  // In words: what was not read, what is odd or only nearly as it was, and what SVG cannot hold.
+  Problems losses;
+  Problems remarks;
+  Problems unwritten;
+};
+
+// Reads the drawing at `path` and writes what lies within the region, whose coordinates are those
+// of the file. `progress` may be null.
+//
+// Raises FilterError when the drawing cannot be read, quillon::AbortError when `progress` asks to
+// stop, and what the sink raises; the output is then incomplete.
+DrawingClipResult ClipDrawing(const std::wstring& path, const DrawingOptions& options,
+                              const tarnis::Polygon2& region, ByteSink& sink,
+                              corvel::IProgress* progress);
+
+}  // namespace trovan::filters

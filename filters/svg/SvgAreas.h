@@ -1,0 +1,27 @@
+// Flat lines as areas.
+#pragma once
+
+#include <vector>
+
+#include <tarnis/FillRule.h>
+#include <tarnis/Polygon2.h>
+
+#include "filters/svg/SvgOutline.h"
+
+namespace trovan::filters {
+
+// The area that the lines fill under the rule, each closed by a straight line: the inside of the
+// polygon is just that area. No rings if it is empty.
+tarnis::Polygon2 AreaOf(const std::vector<FlatLine>& lines, tarnis::FillRule rule);
+
+// What is in one of the areas at least.
+// REQUIRES: they are of AreaOf, or of the clipping.
+tarnis::Polygon2 United(const std::vector<tarnis::Polygon2>& areas);
+
+// Whether the ring turns in one direction only, and once around: such a ring is the same under
+// every rule.
+bool IsConvex(const corvel::Vec2d* ring, std::size_t count);
+
+bool IsFinite(const std::vector<FlatLine>& lines);
+
+}  // namespace trovan::filters

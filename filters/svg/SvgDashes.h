@@ -1,0 +1,29 @@
+// Dashed lines.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include <corvel/Geometry.h>
+#include <corvel/Matrix.h>
+
+#include "filters/svg/SvgOutline.h"
+
+namespace trovan::filters {
+
+struct SvgDashes {
+  std::vector<double> lengths;  // of dashes and gaps in turn, in user units; sum above 0
+  double offset = 0.0;          // where in the pattern a line starts
+};
+
+// The dashes of a line of the drawing, in the order of travel. Lengths are measured in the user
+// space from which `map` leads to the drawing. A dash without length has two points that lie very
+// close together, so that its direction is known.
+//
+// Nothing where there would be more than `most` dashes, or the map has no inverse.
+std::optional<std::vector<std::vector<corvel::Vec2d>>> CutIntoDashes(const FlatLine& line,
+                                                                     const SvgDashes& dashes,
+                                                                     const corvel::Mat3d& map,
+                                                                     std::size_t most);
+
+}  // namespace trovan::filters

@@ -1,0 +1,140 @@
+// Areas, dashes and strokes of flat lines.
+#include <cmath>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "filters/svg/SvgAreas.h"
+#include "filters/svg/SvgDashes.h"
+#include "filters/svg/SvgStroker.h"
+
+namespace trovan::filters {
+namespace {
+
+using corvel::Mat3d;
+using corvel::Vec2d;
+using Line = std::vector<Vec2d>;
+using Lines = std::vector<Line>;
+
+double AreaOfRings(const tarnis::Polygon2& polygon) {
+  double twice = 0.0;
+  const Vec2d* ring = polygon.Points().data();
+  for (const unsigned int count : polygon.Counts()) {
+    for (unsigned int i = 0; i < count; ++i) {
+      const Vec2d& a = ring[i];
+      const Vec2d& b = ring[(i + 1) % count];
+      twice += a.x * b.y - a.y * b.x;
+    }
+    ring += count;
+  }
+  return twice / 2;
+}
+
+TEST(SvgAreas, KnowsConvexRings) {
+  const struct {
+    const char* name;
+    Line ring;
+    bool isConvex;
+  } cases[] = {
+      {"square", {{0, 0}, {4, 0}, {4, 4}, {0, 4}}, true},
+      {"square, the other way", {{0, 4}, {4, 4}, {4, 0}, {0, 0}}, true},
+      {"with a point on an edge", {{0, 0}, {2, 0}, {4, 0}, {4, 4}, {0, 4}}, true},
+      {"with a point twice", {{0, 0}, {4, 0}, {4, 0}, {4, 4}, {0, 4}}, true},
+      {"dent", {{0, 0}, {4, 0}, {2, 1}, {4, 4}, {0, 4}}, false},
+      {"twice around", {{0, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}, {4, 0}, {4, 4}, {0, 4}}, false},
+      {"star", {{0, 3}, {2, -3}, {-3, 1}, {3, 1}, {-2, -3}}, false},
+      {"spike", {{0, 0}, {4, 0}, {9, 0}, {4, 0}, {4, 4}}, false},
+      {"bow", {{0, 0}, {4, 4}, {4, 0}, {0, 4}}, false},
+      {"line", {{0, 0}, {4, 0}, {2, 0}}, false},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(IsConvex(c.ring.data(), c.ring.size()), c.isConvex) << c.name;
+  }
+}
+
+TEST(SvgAreas, CountsWhatTurnsTwiceOnce) {
+  const FlatLine twice{{{0, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}, {4, 0}, {4, 4}, {0, 4}}, true};
+  EXPECT_EQ(AreaOfRings(AreaOf({twice}, tarnis::FillRule::kNonZero)), 16);
+}
+
+TEST(SvgAreas, HasNoRingsForLinesWithoutArea) {
+  const FlatLine two{{{0, 0}, {4, 0}, {0, 0}}, true};
+  EXPECT_TRUE(AreaOf({two}, tarnis::FillRule::kEvenOdd).IsEmpty());
+}
+
+TEST(SvgDashes, CutsAlongTheLine) {
+  const FlatLine corner{{{0, 0}, {10, 0}, {10, 10}}, false};
+  const auto expectCut = [&corner](const SvgDashes& dashes, const Lines& expected) {
+    const auto cut = CutIntoDashes(corner, dashes, Mat3d(), 1000);
+    ASSERT_TRUE(cut);
+    EXPECT_EQ(*cut, expected) << dashes.lengths.front() << " from " << dashes.offset;
+  };
+  expectCut({{12, 4}, 0}, {{{0, 0}, {10, 0}, {10, 2}}, {{10, 6}, {10, 10}}});
+  expectCut({{8}, 0}, {{{0, 0}, {8, 0}}, {{10, 6}, {10, 10}}});
+  expectCut({{8, 4}, 8}, {{{4, 0}, {10, 0}, {10, 2}}, {{10, 6}, {10, 10}}});
+  expectCut({{8, 4}, -2}, {{{2, 0}, {10, 0}}, {{10, 4}, {10, 10}}});
+  expectCut({{8, 4}, 128}, {{{4, 0}, {10, 0}, {10, 2}}, {{10, 6}, {10, 10}}});
+  expectCut({{3, 0}, 0}, {{{0, 0}, {10, 0}, {10, 10}}});
+  expectCut({{100, 1}, 0}, {{{0, 0}, {10, 0}, {10, 10}}});
+  expectCut({{1, 100}, 1}, {});
+}
+
+TEST(SvgDashes, MakesDotsOfDashesWithoutLength) {
+  const auto cut = CutIntoDashes({{{0, 0}, {0, 10}}, false}, {{0, 6}, 3}, Mat3d(), 100);
+  ASSERT_TRUE(cut);
+  ASSERT_EQ(cut->size(), 2U);
+  EXPECT_EQ(cut->at(0), (Line{{0, 3}, {0, 3 + 1.0 / 1024}}));
+}
+
+TEST(SvgDashes, MeasuresInUserUnits) {
+  const Mat3d wide(10, 0, 0, 1, 0, 0);
+  const auto cut = CutIntoDashes({{{0, 0}, {20, 0}, {20, 2}}, false}, {{1, 1}, 0}, wide, 100);
+  ASSERT_TRUE(cut);
+  EXPECT_EQ(*cut, (Lines{{{0, 0}, {10, 0}}, {{20, 0}, {20, 1}}}));
+}
+
+TEST(SvgDashes, RefusesTooMany) {
+  EXPECT_FALSE(CutIntoDashes({{{0, 0}, {100, 0}}, false}, {{1e-9}, 0}, Mat3d(), 1000));
+  EXPECT_FALSE(CutIntoDashes({{{0, 0}, {100, 0}}, false}, {{1}, 0}, Mat3d(1, 0, 1, 0, 0, 0), 1000));
+}
+
+TEST(SvgStroker, CoversTheWidthOfALine) {
+  const struct {
+    const char* name;
+    Line line;
+    SvgStroke stroke;
+    double area;
+  } cases[] = {
+      {"butt", {{0, 0}, {10, 0}}, {{}, 2, "butt", "miter", 4}, 20},
+      {"square", {{0, 0}, {10, 0}}, {{}, 2, "square", "miter", 4}, 24},
+      {"corner, mitre", {{0, 0}, {10, 0}, {10, 10}}, {{}, 2, "butt", "miter", 4}, 40},
+      {"corner, bevel", {{0, 0}, {10, 0}, {10, 10}}, {{}, 2, "butt", "bevel", 4}, 39.5},
+      {"corner beyond the limit", {{0, 0}, {10, 0}, {10, 10}}, {{}, 2, "butt", "miter", 1}, 39.5},
+      {"straight on", {{0, 0}, {4, 0}, {10, 0}}, {{}, 2, "butt", "miter", 4}, 20},
+      {"repeated points", {{0, 0}, {0, 0}, {10, 0}, {10, 0}}, {{}, 2, "butt", "miter", 4}, 20},
+      {"closed", {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}}, {{}, 2, "butt", "miter", 4}, 80},
+      {"crossing itself once",
+       {{0, 0}, {10, 0}, {10, 5}, {5, 5}, {5, -5}},
+       {{}, 2, "butt", "miter", 4},
+       20 + 10 + 10 + 20 - 4},
+  };
+  for (const auto& c : cases) {
+    EXPECT_NEAR(AreaOfRings(StrokedArea(c.line, c.stroke)), c.area, 1e-9) << c.name;
+  }
+}
+
+TEST(SvgStroker, RoundsCapsAndJoins) {
+  const double round = 100 * std::acos(-1.0);  // of radius 10
+  EXPECT_NEAR(AreaOfRings(StrokedArea({{0, 0}, {50, 0}}, {{}, 20, "round", "miter", 4})),
+              1000 + round, 10);
+  EXPECT_NEAR(AreaOfRings(StrokedArea({{0, 0}, {50, 0}, {50, 50}}, {{}, 20, "butt", "round", 4})),
+              2000 - 100 + round / 4, 10);
+}
+
+TEST(SvgStroker, CoversNothingWithoutLength) {
+  EXPECT_TRUE(StrokedArea({{1, 1}, {1, 1}}, {}).IsEmpty());
+  EXPECT_TRUE(StrokedArea({}, {}).IsEmpty());
+}
+
+}  // namespace
+}  // namespace trovan::filters

@@ -52,13 +52,10 @@ std::optional<FontShorthand> ParseFontShorthand(std::string_view text, double pa
   SvgScanner scanner(text);
   for (scanner.SkipSpace(); !scanner.AtEnd(); scanner.SkipSpace()) {
     const std::string_view word = scanner.ReadUntil(" \t\n\r\f");
-    // A bare number is a weight here: sizes have units.
-    const bool isNumber = ParseSvgNumber(word).has_value();
+    // A bare number is a weight: sizes have units.
     if (word == "italic" || word == "oblique") {
       font.isItalic = true;
-    } else if (const auto weight = ParseFontWeight(word, 400); weight && isNumber) {
-      font.weight = *weight;
-    } else if (weight && word != "normal") {
+    } else if (const auto weight = ParseFontWeight(word, 400); weight && word != "normal") {
       font.weight = *weight;
     } else if (const auto size = ParseFontSize(word.substr(0, word.find('/')), parentSize, basis)) {
       font.size = *size;

@@ -260,7 +260,7 @@ void SvgWriter::Write(const quillon::TrImage& image) {
   const brindle::GBitmap* bitmap = image.Bitmap();
   if (bitmap == nullptr || image.Placement().IsEmpty()) return;
   if (!CanHoldImage(*bitmap)) return RemarkLeftOut(image);
-  std::string rest = Data(image) + ImagePlace(image) + " preserveAspectRatio=\"none\" href=\"";
+  std::string rest = Data(image) + ImagePlace(image) + R"( preserveAspectRatio="none" href=")";
   rest += ImageDataUri(*bitmap);
   runs_.Add({}, "image", rest + "\"/>");
 }
@@ -336,7 +336,7 @@ std::string SvgWriter::ImagePlace(const quillon::TrImage& image) const {
   if (isUpright) {
     return Place("x", "y", start) + Number("width", along.x) + Number("height", down.y);
   }
-  std::string text = " width=\"1\" height=\"1\" transform=\"matrix(";
+  std::string text = R"( width="1" height="1" transform="matrix()";
   for (const double value : {along.x, along.y, down.x, down.y, start.x, start.y}) {
     if (text.back() != '(') text += ' ';
     coordinates_.AppendDerived(text, value);

@@ -1,13 +1,13 @@
 // Shapes clipped to regions: what the geometry costs by itself.
 #include <cstddef>
 #include <cstring>
-#include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 #include <tarnis/Clipping.h>
 #include <tarnis/LineClipPolygon.h>
 
+#include "EachRegion.h"
 #include "SampleShapes.h"
 
 namespace trovan::bench {
@@ -105,18 +105,12 @@ void CopyPolylines(benchmark::State& state, RegionKind kind) {
 }
 
 const int kRegistered = [] {
-  for (const RegionKind kind : kRegions) {
-    const std::string end = std::string("/") + NameOf(kind) + "/ours";
-    const auto add = [&](const char* what, auto run) {
-      benchmark::RegisterBenchmark((what + end).c_str(), run, kind)->Unit(benchmark::kMillisecond);
-    };
-    add("Polygons", Polygons);
-    add("Polylines", Polylines);
-    add("Markers", Markers);
-    add("Large", Large);
-    add("CopyPolygons", CopyPolygons);
-    add("CopyPolylines", CopyPolylines);
-  }
+  RegisterForEachRegion("Polygons", "ours", Polygons);
+  RegisterForEachRegion("Polylines", "ours", Polylines);
+  RegisterForEachRegion("Markers", "ours", Markers);
+  RegisterForEachRegion("Large", "ours", Large);
+  RegisterForEachRegion("CopyPolygons", "ours", CopyPolygons);
+  RegisterForEachRegion("CopyPolylines", "ours", CopyPolylines);
   return 0;
 }();
 

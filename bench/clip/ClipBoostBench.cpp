@@ -1,7 +1,6 @@
 // The same polygons with Boost.Geometry, against the whole region.
 #include <algorithm>
 #include <cstddef>
-#include <string>
 #include <vector>
 
 #include <boost/geometry.hpp>
@@ -9,6 +8,7 @@
 #include <boost/geometry/geometries/polygon.hpp>
 #include <benchmark/benchmark.h>
 
+#include "EachRegion.h"
 #include "SampleShapes.h"
 
 namespace trovan::bench {
@@ -61,10 +61,7 @@ void Polygons(benchmark::State& state, RegionKind kind) {
 }
 
 const int kRegistered = [] {
-  for (const RegionKind kind : kRegions) {
-    const std::string name = std::string("Polygons/") + NameOf(kind) + "/boost";
-    benchmark::RegisterBenchmark(name.c_str(), Polygons, kind)->Unit(benchmark::kMillisecond);
-  }
+  RegisterForEachRegion("Polygons", "boost", Polygons);
   return 0;
 }();
 

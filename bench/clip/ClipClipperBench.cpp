@@ -3,12 +3,12 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include <polyclipping/clipper.hpp>
 #include <benchmark/benchmark.h>
 
+#include "EachRegion.h"
 #include "SampleShapes.h"
 
 namespace trovan::bench {
@@ -77,13 +77,8 @@ void Large(benchmark::State& state, RegionKind kind) {
 }
 
 const int kRegistered = [] {
-  for (const RegionKind kind : kRegions) {
-    const std::string end = std::string("/") + NameOf(kind) + "/clipper";
-    benchmark::RegisterBenchmark(("Polygons" + end).c_str(), Polygons, kind)
-        ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark(("Large" + end).c_str(), Large, kind)
-        ->Unit(benchmark::kMillisecond);
-  }
+  RegisterForEachRegion("Polygons", "clipper", Polygons);
+  RegisterForEachRegion("Large", "clipper", Large);
   return 0;
 }();
 

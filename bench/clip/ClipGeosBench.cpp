@@ -7,6 +7,7 @@
 #include <geos_c.h>
 #include <benchmark/benchmark.h>
 
+#include "EachRegion.h"
 #include "SampleShapes.h"
 
 namespace trovan::bench {
@@ -152,16 +153,10 @@ void Large(benchmark::State& state, RegionKind kind) {
 }
 
 const int kRegistered = [] {
-  for (const RegionKind kind : kRegions) {
-    const std::string end = std::string("/") + NameOf(kind) + "/geos";
-    const auto add = [&](const char* what, auto run) {
-      benchmark::RegisterBenchmark((what + end).c_str(), run, kind)->Unit(benchmark::kMillisecond);
-    };
-    add("Polygons", Polygons);
-    add("Polylines", Polylines);
-    add("Markers", Markers);
-    add("Large", Large);
-  }
+  RegisterForEachRegion("Polygons", "geos", Polygons);
+  RegisterForEachRegion("Polylines", "geos", Polylines);
+  RegisterForEachRegion("Markers", "geos", Markers);
+  RegisterForEachRegion("Large", "geos", Large);
   const auto addByRect = [](const char* what, auto run) {
     benchmark::RegisterBenchmark((std::string(what) + "/rectangle/clipbyrect").c_str(), run)
         ->Unit(benchmark::kMillisecond);

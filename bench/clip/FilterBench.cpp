@@ -13,6 +13,7 @@
 #include <tarnis/LineClipPolygon.h>
 #include <trovan/IoClippedImportFilter.h>
 
+#include "EachRegion.h"
 #include "SampleShapes.h"
 
 namespace trovan::bench {
@@ -151,18 +152,12 @@ void MarkersByCalls(benchmark::State& state, RegionKind kind) {
 }
 
 const int kRegistered = [] {
-  for (const RegionKind kind : kRegions) {
-    const auto add = [&](const char* what, const char* how, auto run) {
-      const std::string name = std::string(what) + "/" + NameOf(kind) + "/" + how;
-      benchmark::RegisterBenchmark(name.c_str(), run, kind)->Unit(benchmark::kMillisecond);
-    };
-    add("Polygons", "filter", PolygonsThroughFilter);
-    add("Polygons", "calls", PolygonsByCalls);
-    add("Polylines", "filter", PolylinesThroughFilter);
-    add("Polylines", "calls", PolylinesByCalls);
-    add("Markers", "filter", MarkersThroughFilter);
-    add("Markers", "calls", MarkersByCalls);
-  }
+  RegisterForEachRegion("Polygons", "filter", PolygonsThroughFilter);
+  RegisterForEachRegion("Polygons", "calls", PolygonsByCalls);
+  RegisterForEachRegion("Polylines", "filter", PolylinesThroughFilter);
+  RegisterForEachRegion("Polylines", "calls", PolylinesByCalls);
+  RegisterForEachRegion("Markers", "filter", MarkersThroughFilter);
+  RegisterForEachRegion("Markers", "calls", MarkersByCalls);
   return 0;
 }();
 

@@ -29,9 +29,9 @@ inline int Orientation(const corvel::Vec2d& a, const corvel::Vec2d& b, const cor
   const double left = (a.x - p.x) * (b.y - p.y);
   const double right = (a.y - p.y) * (b.x - p.x);
   const double difference = left - right;
-  const double error = kBound * (std::fabs(left) + std::fabs(right)) + kUnderflow;
-  if (difference > error) return 1;
-  if (-difference > error) return -1;
+  const double error = kBound * (std::fabs(left) + std::fabs(right));
+  if (difference > error && difference > kUnderflow) return 1;
+  if (-difference > error && -difference > kUnderflow) return -1;
   return OrientationExactly(a, b, p);
 }
 

@@ -57,7 +57,7 @@ int SignOf(double number) { return number > 0.0 ? 1 : number < 0.0 ? -1 : 0; }
 // two. The sides on which points lie do not change if x and y are each scaled.
 class Scale {
  public:
-  explicit Scale(std::initializer_list<double> coordinates) {
+  Scale(std::initializer_list<double> coordinates) {
     double largest = 0.0;
     for (const double number : coordinates) largest = std::fmax(largest, std::fabs(number));
     if (largest > 0.0) exponent_ = 500 - std::ilogb(largest);

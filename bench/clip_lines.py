@@ -45,6 +45,13 @@ def clip_lines(times):
                 ratio = quotients(times.get(f"{shapes}/{region}/{peer}"), ours)
                 lines.append(Line(what, ratio, "x", _bar(shapes, region, peer)))
     for region in ("rectangle", "star", "coast"):
+        for shapes in ("Polygons", "Polylines"):
+            what = f"{shapes} in the {region}, as long as a copy of their points"
+            ratio = quotients(
+                times[f"{shapes}/{region}/ours"], times[f"Copy{shapes}/{region}/ours"]
+            )
+            lines.append(Line(what, ratio, "x"))
+    for region in ("rectangle", "star", "coast"):
         for shapes in ("Polygons", "Polylines", "Markers"):
             what = f"{shapes} in the {region} by the filter, as long as the calls"
             ratio = quotients(

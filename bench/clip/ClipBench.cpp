@@ -1,5 +1,6 @@
 // Shapes clipped to regions: what the geometry costs by itself.
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -82,6 +83,27 @@ void Large(benchmark::State& state, RegionKind kind) {
   }
 }
 
+// What no clipping can do without: reading and writing each point once.
+void CopyAll(benchmark::State& state, const std::vector<Shape>& shapes) {
+  Shape copy;
+  for (auto _ : state) {
+    for (const Shape& shape : shapes) {
+      copy.resize(shape.size());
+      std::memcpy(copy.data(), shape.data(), shape.size() * sizeof(Vec2d));
+      benchmark::DoNotOptimize(copy.data());
+      benchmark::ClobberMemory();
+    }
+  }
+  state.counters["shapes"] = static_cast<double>(shapes.size());
+}
+
+void CopyPolygons(benchmark::State& state, RegionKind kind) {
+  CopyAll(state, SamplePolygons(kind));
+}
+void CopyPolylines(benchmark::State& state, RegionKind kind) {
+  CopyAll(state, SamplePolylines(kind));
+}
+
 const int kRegistered = [] {
   for (const RegionKind kind : kRegions) {
     const std::string end = std::string("/") + NameOf(kind) + "/ours";
@@ -92,6 +114,8 @@ const int kRegistered = [] {
     add("Polylines", Polylines);
     add("Markers", Markers);
     add("Large", Large);
+    add("CopyPolygons", CopyPolygons);
+    add("CopyPolylines", CopyPolylines);
   }
   return 0;
 }();

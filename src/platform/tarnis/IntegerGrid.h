@@ -18,7 +18,9 @@ class IntegerGrid {
   struct Point {
     std::int64_t x, y;
     friend bool operator==(const Point&, const Point&) = default;
-    friend auto operator<=>(const Point&, const Point&) = default;
+    friend bool operator<(const Point& one, const Point& other) {
+      return one.x != other.x ? one.x < other.x : one.y < other.y;
+    }
   };
 
   explicit IntegerGrid(const corvel::Box2d& box);

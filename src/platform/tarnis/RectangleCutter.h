@@ -17,8 +17,8 @@ class RectangleCutter {
 
   void MoveTo(const corvel::Vec2d& point) { here_ = point; }
 
-  // REQUIRES: `point` is not the point where the cutter is.
-  void LineTo(const corvel::Vec2d& point);
+  // REQUIRES: `to` is not the point where the cutter is.
+  void LineTo(const corvel::Vec2d& to);
 
   // Never kBoundary, which does not differ from inside for lines.
   Place Here() const { return Contains(here_) ? Place::kInside : Place::kOutside; }

@@ -33,8 +33,8 @@ class SegmentCutter {
 
   // Goes on to another point, and finds the parts of the way that are inside.
   //
-  // REQUIRES: it is not the point where the cutter is.
-  void LineTo(const corvel::Vec2d& point);
+  // REQUIRES: `to` is not the point where the cutter is.
+  void LineTo(const corvel::Vec2d& to);
 
   // Where the cutter is.
   Place Here() const { return place_; }

@@ -59,8 +59,7 @@ class TROVAN_API IoClippedImportFilter : public quillon::IoImportFilter {
   //
   // - A clip path becomes the clip region, in the place of the one before, and is not delivered.
   // - Pens, brushes and fonts are delivered, and the filter keeps a copy of the last one of each.
-  // - While there is a clip region, shapes are delivered whole, cut to it, or not at all:
-  // polylines,
+  // - While there is a clip region, shapes are delivered whole, cut to it, or not at all: lines,
   //   polygons, rectangles, ellipses and marker sets. Texts and images are not clipped yet.
   //   Metafiles cannot be, and log a warning.
   // - All else is delivered as it is, objects of derived classes too.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Between.h"
 #include "Orientation.h"
 
 namespace tarnis {
@@ -25,16 +26,13 @@ BorderWalk::Station BorderWalk::StationTowards(const Vec2d& outside, const Vec2d
   int sideMet = -1;
   share = -1.0;
   const auto meet = [&](int side, double Vec2d::*along, double Vec2d::*across, double line) {
-    const double whole = other.*along - outside.*along;
-    const double here = (line - outside.*along) / whole;
+    const double here = ShareAt(outside.*along, other.*along, line);
     if (!(here > share)) return;
-    const double rest = (other.*along - line) / whole;
-    const double from = outside.*across;
-    const double to = other.*across;
+    const double rest = ShareAt(other.*along, outside.*along, line);
     share = here;
     sideMet = side;
     point.*along = line;
-    point.*across = here <= rest ? from + (to - from) * here : to - (to - from) * rest;
+    point.*across = Between(outside.*across, other.*across, here, rest);
   };
   if (outside.y <= box_.min.y) meet(0, &Vec2d::y, &Vec2d::x, box_.min.y);
   if (outside.x >= box_.max.x) meet(1, &Vec2d::x, &Vec2d::y, box_.max.x);
@@ -140,11 +138,12 @@ BorderWalk::Station BorderWalk::Reference() const {
   double width = -1.0;
   for (const int side : {0, 3}) {
     const bool isBottom = side == 0;
-    const double length = isBottom ? box_.Width() : box_.Height();
+    const double half =
+        isBottom ? box_.max.x / 2 - box_.min.x / 2 : box_.max.y / 2 - box_.min.y / 2;
     double from = isBottom ? box_.min.x : -box_.max.y;
     const auto note = [&](double to) {
-      if ((to - from) / length > width) {
-        width = (to - from) / length;
+      if ((to / 2 - from / 2) / half > width) {
+        width = (to / 2 - from / 2) / half;
         const double middle = from / 2 + to / 2;
         widest = At(side, isBottom ? Vec2d(middle, box_.min.y) : Vec2d(box_.min.x, -middle));
       }
@@ -228,13 +227,15 @@ void BorderWalk::AddInnerRing(const Piece& ring, const IsInside& isInside) {
   const auto top = std::max_element(first, end, [](const Vec2d& one, const Vec2d& other) {
     return one.y != other.y ? one.y < other.y : one.x < other.x;
   });
-  double area = 0.0;
-  for (auto p = first; p != end; ++p) {
-    const Vec2d& next = p + 1 == end ? *first : *(p + 1);
-    area += (p->x - top->x) * (next.y - top->y) - (next.x - top->x) * (p->y - top->y);
-  }
+  // A ring that neither crosses nor touches itself turns there as it does on the whole.
+  const auto next = [&](auto p) { return p + 1 == end ? first : p + 1; };
+  const auto before = [&](auto p) { return (p == first ? end : p) - 1; };
+  auto from = before(top);
+  while (*from == *top && from != top) from = before(from);
+  auto to = next(top);
+  while (*to == *top && to != top) to = next(to);
   const bool isOuter = !isInside(*top);
-  TakePiece(ring, (area > 0.0) == isOuter);
+  TakePiece(ring, (Orientation(*from, *top, *to) > 0) == isOuter);
   rings_.EndRing();
 }
 

@@ -1,9 +1,9 @@
 #include "Crossings.h"
 
 #include <algorithm>
-#include <cmath>
 #include <span>
 
+#include "Between.h"
 #include "Orientation.h"
 
 namespace tarnis {
@@ -36,28 +36,18 @@ class EdgePair {
   int Turn() const { return ofOneB_; }
 
   void Locate(Crossing& crossing) const {
-    const double before = std::fabs(TwiceArea(other_.a, other_.b, one_.a));
-    const double behind = std::fabs(TwiceArea(other_.a, other_.b, one_.b));
-    const double share = before / (before + behind);
-    const double rest = behind / (before + behind);
+    const auto [share, rest] = SharesAtLine(other_.a, other_.b, one_.a, one_.b);
     crossing.point = {Between(one_.a.x, one_.b.x, share, rest),
                       Between(one_.a.y, one_.b.y, share, rest)};
     for (const Edge& edge : {one_, other_}) {
       if (edge.a.x == edge.b.x) crossing.point.x = edge.a.x;
       if (edge.a.y == edge.b.y) crossing.point.y = edge.a.y;
     }
-    const double otherBefore = std::fabs(TwiceArea(one_.a, one_.b, other_.a));
-    const double otherBehind = std::fabs(TwiceArea(one_.a, one_.b, other_.b));
     crossing.shares[0] = share;
-    crossing.shares[1] = otherBefore / (otherBefore + otherBehind);
+    crossing.shares[1] = SharesAtLine(one_.a, one_.b, other_.a, other_.b).before;
   }
 
  private:
-  // From the nearer end, where the numbers are finer.
-  static double Between(double from, double to, double share, double rest) {
-    return share <= rest ? from + (to - from) * share : to - (to - from) * rest;
-  }
-
   const Edge& one_;
   const Edge& other_;
   int ofOtherA_ = 0, ofOtherB_ = 0, ofOneA_ = 0, ofOneB_ = 0;

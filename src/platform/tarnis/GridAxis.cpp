@@ -6,10 +6,10 @@
 namespace tarnis {
 
 void GridAxis::Divide(double low, double high, std::size_t cells) {
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  constexpr double kMost = std::numeric_limits<double>::max();
   const double margin = high / 1024 - low / 1024;
-  const double first = std::fmin(low - margin, std::nextafter(low, -kInfinity));
-  const double last = std::fmax(high + margin, std::nextafter(high, kInfinity));
+  const double first = std::fmax(std::fmin(low - margin, std::nextafter(low, -kMost)), -kMost);
+  const double last = std::fmin(std::fmax(high + margin, std::nextafter(high, kMost)), kMost);
   lines_.assign(1, first);
   for (std::size_t i = 1; i < cells; ++i) {
     const double share = static_cast<double>(i) / static_cast<double>(cells);

@@ -15,7 +15,8 @@ class GridAxis {
 
   std::size_t Cells() const { return lines_.size() - 1; }
   double Line(std::size_t i) const { return lines_[i]; }
-  bool Covers(double value) const { return value >= lines_.front() && value < lines_.back(); }
+  // The last line belongs to the axis, since it may be the largest double.
+  bool Covers(double value) const { return value >= lines_.front() && value <= lines_.back(); }
 
   // The cell of a value; the first or the last one for a value beside the grid.
   std::size_t CellOf(double value) const {
@@ -30,7 +31,7 @@ class GridAxis {
   }
 
  private:
-  std::vector<double> lines_{0.0, 0.0};
+  std::vector<double> lines_{0.0, -1.0};  // covers nothing before it is divided
   double cellsPerUnit_ = 0.0;
 };
 

@@ -24,7 +24,7 @@ constexpr std::int64_t kNearSteps = 64;
 
 // Halves first: the width of a box may be larger than any double.
 IntegerGrid::IntegerGrid(const Box2d& box)
-    : center_(box.min.x / 2 + box.max.x / 2, box.min.y / 2 + box.max.y / 2) {
+    : box_(box), center_(box.min.x / 2 + box.max.x / 2, box.min.y / 2 + box.max.y / 2) {
   const double half = std::fmax(box.max.x / 2 - box.min.x / 2, box.max.y / 2 - box.min.y / 2);
   int bits = 0;
   std::frexp(half, &bits);
@@ -37,8 +37,9 @@ IntegerGrid::Point IntegerGrid::Nearest(const Vec2d& point) const {
 }
 
 Vec2d IntegerGrid::Place(const Point& point) const {
-  return {center_.x + std::ldexp(static_cast<double>(point.x), -exponent_),
-          center_.y + std::ldexp(static_cast<double>(point.y), -exponent_)};
+  const double x = center_.x + std::ldexp(static_cast<double>(point.x), -exponent_);
+  const double y = center_.y + std::ldexp(static_cast<double>(point.y), -exponent_);
+  return {std::clamp(x, box_.min.x, box_.max.x), std::clamp(y, box_.min.y, box_.max.y)};
 }
 
 void GridVertices::Add(const Polygon2& polygon) {

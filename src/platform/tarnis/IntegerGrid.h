@@ -28,9 +28,11 @@ class IntegerGrid {
   // The nearest point of the grid to a point of the box.
   Point Nearest(const corvel::Vec2d& point) const;
 
+  // Within the box, though the grid may reach beyond it by less than a step.
   corvel::Vec2d Place(const Point& point) const;
 
  private:
+  corvel::Box2d box_;
   corvel::Vec2d center_;
   int exponent_ = 0;  // one unit is 2^exponent_ steps
 };

@@ -1,7 +1,9 @@
 #include "Orientation.h"
 
 #include <array>
+#include <cmath>
 #include <cstddef>
+#include <initializer_list>
 
 namespace tarnis {
 
@@ -43,9 +45,32 @@ class ExactSum {
   std::size_t size_ = 0;
 };
 
-}  // namespace
+// Areas within these bounds come from products that neither overflow nor lose bits that count.
+constexpr double kLeastArea = 0x1p-900;
+constexpr double kMostArea = 0x1p1000;
 
-// (a - p) x (b - p), in which p.x p.y stands twice and falls out.
+bool IsSure(double area) { return area >= kLeastArea && area <= kMostArea; }
+
+int SignOf(double number) { return number > 0.0 ? 1 : number < 0.0 ? -1 : 0; }
+
+// Brings the largest of some coordinates near 2^500, where products do not overflow, by a power of
+// two. The sides on which points lie do not change if x and y are each scaled.
+class Scale {
+ public:
+  Scale(std::initializer_list<double> coordinates) {
+    double largest = 0.0;
+    for (const double number : coordinates) largest = std::fmax(largest, std::fabs(number));
+    if (largest > 0.0) exponent_ = 500 - std::ilogb(largest);
+  }
+  double operator()(double number) const { return std::ldexp(number, exponent_); }
+
+ private:
+  int exponent_ = 0;
+};
+
+// (b - a) x (p - a), twice the area of the triangle that turns to the left: the exact number,
+// rounded only once or twice at its end.
+// It is (a - p) x (b - p), in which p.x p.y stands twice and falls out.
 double TwiceArea(const Vec2d& a, const Vec2d& b, const Vec2d& p) {
   ExactSum sum;
   sum.AddProduct(a.x, b.y);
@@ -57,9 +82,33 @@ double TwiceArea(const Vec2d& a, const Vec2d& b, const Vec2d& p) {
   return sum.Rounded();
 }
 
+}  // namespace
+
 int OrientationExactly(const Vec2d& a, const Vec2d& b, const Vec2d& p) {
+  // Differences have the right signs at every size.
+  const int left = SignOf(a.x - p.x) * SignOf(b.y - p.y);
+  const int right = SignOf(a.y - p.y) * SignOf(b.x - p.x);
+  if (left != right) return left > right ? 1 : -1;
+  if (left == 0) return 0;
   const double area = TwiceArea(a, b, p);
-  return area > 0.0 ? 1 : area < 0.0 ? -1 : 0;
+  if (IsSure(std::fabs(area))) return SignOf(area);
+  const Scale x{a.x, b.x, p.x};
+  const Scale y{a.y, b.y, p.y};
+  return SignOf(TwiceArea({x(a.x), y(a.y)}, {x(b.x), y(b.y)}, {x(p.x), y(p.y)}));
+}
+
+Shares SharesAtLine(const Vec2d& a, const Vec2d& b, const Vec2d& from, const Vec2d& to) {
+  double before = std::fabs(TwiceArea(a, b, from));
+  double behind = std::fabs(TwiceArea(a, b, to));
+  if (!IsSure(before + behind)) {
+    const Scale x{a.x, b.x, from.x, to.x};
+    const Scale y{a.y, b.y, from.y, to.y};
+    const auto scaled = [&](const Vec2d& point) { return Vec2d(x(point.x), y(point.y)); };
+    before = std::fabs(TwiceArea(scaled(a), scaled(b), scaled(from)));
+    behind = std::fabs(TwiceArea(scaled(a), scaled(b), scaled(to)));
+    if (!(before + behind > 0.0)) return {0.5, 0.5};
+  }
+  return {before / (before + behind), behind / (before + behind)};
 }
 
 }  // namespace tarnis

@@ -2,11 +2,19 @@
 
 #include <algorithm>
 
+#include "Between.h"
 #include "Orientation.h"
 
 namespace tarnis {
 
 using corvel::Vec2d;
+
+namespace {
+
+// Never quite an end of the way, for rounding.
+constexpr double kMostShare = 1.0 - 0x1p-53;
+
+}  // namespace
 
 bool RectangleCutter::Contains(const Vec2d& point) const {
   return point.x >= box_.min.x && point.x <= box_.max.x && point.y >= box_.min.y &&
@@ -50,16 +58,12 @@ bool RectangleCutter::IsCrossedBetween(const Vec2d& to) const {
 Cut RectangleCutter::Crossing(const Vec2d& outside, const Vec2d& other) const {
   Cut crossing{0.0, outside};
   const auto meet = [&](double Vec2d::*along, double Vec2d::*across, double side) {
-    const double whole = other.*along - outside.*along;
-    const double share = (side - outside.*along) / whole;
+    const double share = std::min(ShareAt(outside.*along, other.*along, side), kMostShare);
     if (!(share >= crossing.t)) return;
-    const double rest = (other.*along - side) / whole;
-    const double from = outside.*across;
-    const double to = other.*across;
-    const double exact = share <= rest ? from + (to - from) * share : to - (to - from) * rest;
+    const double rest = ShareAt(other.*along, outside.*along, side);
     crossing.t = share;
     crossing.point.*along = side;
-    crossing.point.*across = exact;
+    crossing.point.*across = Between(outside.*across, other.*across, share, rest);
   };
   if (outside.x < box_.min.x) meet(&Vec2d::x, &Vec2d::y, box_.min.x);
   if (outside.x > box_.max.x) meet(&Vec2d::x, &Vec2d::y, box_.max.x);

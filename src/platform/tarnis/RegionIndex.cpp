@@ -6,6 +6,7 @@
 
 #include <tarnis/Polygon2.h>
 
+#include "Between.h"
 #include "Orientation.h"
 #include "RingContacts.h"
 
@@ -26,7 +27,7 @@ constexpr double kUlp = std::numeric_limits<double>::epsilon();
 std::size_t ColumnsFor(double width, double height, std::size_t cells) {
   if (!(width > 0.0)) return 1;
   if (!(height > 0.0)) return cells;
-  const double columns = std::sqrt(static_cast<double>(cells) * width / height);
+  const double columns = std::sqrt(static_cast<double>(cells) * (width / height));
   return static_cast<std::size_t>(std::clamp(columns, 1.0, static_cast<double>(cells)));
 }
 
@@ -57,17 +58,18 @@ RegionIndex::RegionIndex(const Polygon2& region) : edges_(region) {
 
 void RegionIndex::DivideBox() {
   const std::size_t cells = std::clamp(kCellsForAnEdge * edges_.Size(), kLeastCells, kMostCells);
-  const double width = box_.Width();
-  const double height = box_.Height();
+  // Halves: the whole may be more than any double.
+  const double width = box_.max.x / 2 - box_.min.x / 2;
+  const double height = box_.max.y / 2 - box_.min.y / 2;
   const std::size_t columns = ColumnsFor(width, height, cells);
   const std::size_t rows = std::max<std::size_t>(cells / columns, 1);
   // How often the edges will pass from one cell to the next.
   double passages = 0.0;
   for (const Edge& edge : edges_) {
     if (width > 0.0)
-      passages += std::fabs(edge.b.x - edge.a.x) / width * static_cast<double>(columns);
+      passages += std::fabs(edge.b.x / 2 - edge.a.x / 2) / width * static_cast<double>(columns);
     if (height > 0.0)
-      passages += std::fabs(edge.b.y - edge.a.y) / height * static_cast<double>(rows);
+      passages += std::fabs(edge.b.y / 2 - edge.a.y / 2) / height * static_cast<double>(rows);
   }
   const double allowed = std::fmax(kPassagesForAnEdge * static_cast<double>(edges_.Size()),
                                    4.0 * static_cast<double>(kLeastCells));
@@ -85,22 +87,23 @@ void RegionIndex::ForEachCellOf(const Edge& edge, const Take& take) const {
   const bool isUpward = edge.a.y <= edge.b.y;
   const Vec2d& low = isUpward ? edge.a : edge.b;
   const Vec2d& high = isUpward ? edge.b : edge.a;
+  const bool isSteep = low.y < high.y;
   const double least = std::min(low.x, high.x);
   const double most = std::max(low.x, high.x);
   // How far rounding may take the place where the edge crosses a line of the grid.
   const double slack = 8 * kUlp * (std::fabs(low.x) + std::fabs(high.x));
-  const double height = high.y - low.y;
   const auto xAt = [&](double y) {
     if (y <= low.y) return low.x;
     if (y >= high.y) return high.x;
-    return low.x + (high.x - low.x) * ((y - low.y) / height);
+    const double share = ShareAt(low.y, high.y, y);
+    return Between(low.x, high.x, share, 1.0 - share);
   };
   // An edge that only touches the upper line of a cell belongs to it, too.
   std::size_t row = rows_.CellOf(low.y);
   if (row > 0 && low.y == rows_.Line(row)) --row;
   for (const std::size_t last = rows_.CellOf(high.y); row <= last; ++row) {
-    const double below = height > 0.0 ? xAt(rows_.Line(row)) : low.x;
-    const double above = height > 0.0 ? xAt(rows_.Line(row + 1)) : high.x;
+    const double below = isSteep ? xAt(rows_.Line(row)) : low.x;
+    const double above = isSteep ? xAt(rows_.Line(row + 1)) : high.x;
     const double from = std::max(least, std::min(below, above) - slack);
     const double to = std::min(most, std::max(below, above) + slack);
     for (std::size_t column = columns_.CellOf(from); column <= columns_.CellOf(to); ++column) {
@@ -187,6 +190,7 @@ bool RegionIndex::IsPerturbedInside(const Vec2d& point) const {
 
 void RegionIndex::EdgesNear(const Box2d& box, std::vector<std::uint32_t>& edges) const {
   edges.clear();
+  if (edges_.IsEmpty()) return;
   const bool isBeside = !(box.min.x <= box_.max.x && box.max.x >= box_.min.x &&
                           box.min.y <= box_.max.y && box.max.y >= box_.min.y);
   if (isBeside) return;
@@ -203,6 +207,7 @@ void RegionIndex::EdgesNear(const Box2d& box, std::vector<std::uint32_t>& edges)
 
 std::span<const std::uint32_t> RegionIndex::EdgesNear(const Edge& way,
                                                       std::vector<std::uint32_t>& buffer) const {
+  if (edges_.IsEmpty()) return {};
   const auto [left, right] = std::minmax(way.a.x, way.b.x);
   const auto [low, high] = std::minmax(way.a.y, way.b.y);
   if (right < box_.min.x || left > box_.max.x || high < box_.min.y || low > box_.max.y) return {};

@@ -18,11 +18,13 @@ namespace {
 
 // Large enough that the cut edges differ from the whole ones by nothing that counts in the box.
 Box2d Grown(const Box2d& box) {
-  const double size = std::fmax(box.Width(), box.Height());
+  constexpr double kMost = std::numeric_limits<double>::max();
+  const double half = std::fmax(box.max.x / 2 - box.min.x / 2, box.max.y / 2 - box.min.y / 2);
   const double largest = std::fmax(std::fmax(std::fabs(box.min.x), std::fabs(box.max.x)),
                                    std::fmax(std::fabs(box.min.y), std::fabs(box.max.y)));
-  const double margin = std::fmax(size / 16, 4 * std::numeric_limits<double>::epsilon() * largest);
-  return {box.min.x - margin, box.min.y - margin, box.max.x + margin, box.max.y + margin};
+  const double margin = std::fmax(half / 8, 4 * std::numeric_limits<double>::epsilon() * largest);
+  return {std::fmax(box.min.x - margin, -kMost), std::fmax(box.min.y - margin, -kMost),
+          std::fmin(box.max.x + margin, kMost), std::fmin(box.max.y + margin, kMost)};
 }
 
 // Adds lines of those edges of one ring that follow one another.

@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <tuple>
 #include <vector>
 
 #include "Orientation.h"
 #include "RegionIndex.h"
 
 namespace tarnis {
-
-using corvel::Vec2d;
 
 namespace {
 
@@ -30,9 +29,10 @@ bool Meet(const Edge& one, const Edge& other) {
 // For an edge and the one that goes on where it ends.
 bool FoldBack(const Edge& one, const Edge& next) {
   if (Orientation(one.a, one.b, next.b) != 0) return false;
-  const Vec2d way = one.b - one.a;
-  const Vec2d on = next.b - next.a;
-  return way.x * on.x + way.y * on.y < 0.0;
+  const auto runsUp = [](const Edge& edge) {
+    return std::tie(edge.a.x, edge.a.y) < std::tie(edge.b.x, edge.b.y);
+  };
+  return runsUp(one) != runsUp(next);
 }
 
 // Whether the second edge goes on where the first one ends.

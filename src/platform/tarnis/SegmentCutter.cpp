@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 
+#include "Between.h"
 #include "Orientation.h"
 
 namespace tarnis {
@@ -32,14 +33,9 @@ bool IsMetBefore(const Vec2d& center, const Vec2d& ray, const Vec2d& to) {
 
 // How far along the way a point of its line is.
 double ShareOf(const Vec2d& from, const Vec2d& to, const Vec2d& point) {
-  const Vec2d way = to - from;
-  return std::fabs(way.x) >= std::fabs(way.y) ? (point.x - from.x) / way.x
-                                              : (point.y - from.y) / way.y;
-}
-
-// From the nearer end, where the numbers are finer.
-double Between(double from, double to, double share, double rest) {
-  return share <= rest ? from + (to - from) * share : to - (to - from) * rest;
+  const bool isFlat =
+      std::fabs(to.x / 2 - from.x / 2) > std::fabs(to.y / 2 - from.y / 2) || to.y == from.y;
+  return isFlat ? ShareAt(from.x, to.x, point.x) : ShareAt(from.y, to.y, point.y);
 }
 
 }  // namespace
@@ -125,11 +121,9 @@ void SegmentCutter::CrossEdge(const Edge& edge, const Vec2d& to, int sideOfA, in
   const int sideOfStart = Orientation(edge.a, edge.b, here_);
   const int sideOfEnd = Orientation(edge.a, edge.b, to);
   if (sideOfStart * sideOfEnd >= 0) return;
-  const double before = std::fabs(TwiceArea(edge.a, edge.b, here_));
-  const double behind = std::fabs(TwiceArea(edge.a, edge.b, to));
+  const auto [before, rest] = SharesAtLine(edge.a, edge.b, here_, to);
   // Never quite an end of the way, for rounding.
-  const double share = std::clamp(before / (before + behind), kLeastShare, 1.0 - kLeastShare);
-  const double rest = behind / (before + behind);
+  const double share = std::clamp(before, kLeastShare, 1.0 - kLeastShare);
   Vec2d point(Between(here_.x, to.x, share, rest), Between(here_.y, to.y, share, rest));
   if (edge.a.x == edge.b.x) point.x = edge.a.x;
   if (edge.a.y == edge.b.y) point.y = edge.a.y;

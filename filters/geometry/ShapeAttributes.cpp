@@ -4,12 +4,10 @@
 #include <utility>
 #include <vector>
 
-#include <corvel/Exception.h>
 #include <corvel/Text.h>
 #include <kerno/TextCodec.h>
 
 #include "filters/support/CodePageNames.h"
-#include "filters/support/FilterError.h"
 #include "filters/support/RowWriter.h"
 #include "filters/table/CodePageChoice.h"
 #include "filters/table/ColumnPlan.h"
@@ -59,20 +57,6 @@ std::vector<std::string> Names(const ColumnPlan& plan) {
   names.reserve(plan.columns.size());
   for (const Column& column : plan.columns) names.push_back(column.name);
   return names;
-}
-
-std::unique_ptr<MemoFile> OpenMemos(const std::wstring& path, const TableLayout& layout,
-                                    const ColumnPlan& plan, CDBFReader& reader,
-                                    Problems& problems) {
-  if (!plan.HasMemos() || layout.recordCount == 0) return nullptr;
-  try {
-    return MemoFile::Open(path, layout, reader);
-  } catch (const FilterError& error) {
-    problems.Add(error.what());
-  } catch (const corvel::Exception& error) {
-    problems.Add(error.Message());
-  }
-  return nullptr;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include <corvel/Exception.h>
 #include <corvel/Text.h>
 
 #include "filters/support/FilterError.h"
@@ -210,6 +211,20 @@ bool MemoFile::ReadThroughReader(std::uint64_t block, const MemoExtent& memo, st
   if (std::memchr(buffer_.data(), '\0', length) != nullptr) return false;
   bytes.assign(buffer_.data(), length);
   return true;
+}
+
+std::unique_ptr<MemoFile> OpenMemos(const std::wstring& path, const TableLayout& layout,
+                                    const ColumnPlan& plan, CDBFReader& reader,
+                                    Problems& problems) {
+  if (!plan.HasMemos() || layout.recordCount == 0) return nullptr;
+  try {
+    return MemoFile::Open(path, layout, reader);
+  } catch (const FilterError& error) {
+    problems.Add(error.what());
+  } catch (const corvel::Exception& error) {
+    problems.Add(error.Message());
+  }
+  return nullptr;
 }
 
 }  // namespace trovan::filters

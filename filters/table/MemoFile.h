@@ -13,6 +13,8 @@
 #include <corvel/BufferedFile.h>
 #include <trovan/DBFReader.h>
 
+#include "filters/support/Problems.h"
+#include "filters/table/ColumnPlan.h"
 #include "filters/table/SideFiles.h"
 #include "filters/table/TableLayout.h"
 
@@ -81,6 +83,11 @@ class MemoFile {
   long long length_ = 0;
   std::vector<char> buffer_;
 };
+
+// Opens the memo file as above, unless the table has no records or the plan no memos. A file that
+// cannot be opened or read is a problem, and no memo file.
+std::unique_ptr<MemoFile> OpenMemos(const std::wstring& path, const TableLayout& layout,
+                                    const ColumnPlan& plan, CDBFReader& reader, Problems& problems);
 
 // Memos up to this size are read at once; larger ones in pieces, so that memory stays constant.
 inline constexpr std::uint64_t kLargestWholeMemo = std::uint64_t{256} * 1024;

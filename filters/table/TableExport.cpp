@@ -2,11 +2,9 @@
 
 #include <memory>
 
-#include <corvel/Exception.h>
 #include <kerno/TextCodec.h>
 
 #include "filters/support/CodePageNames.h"
-#include "filters/support/FilterError.h"
 #include "filters/table/CodePageChoice.h"
 #include "filters/table/ColumnPlan.h"
 #include "filters/table/FieldValue.h"
@@ -22,20 +20,6 @@ constexpr std::uint32_t kRecordsBetweenReports = 1024;
 // Memos may be long: a user who wants to stop waits for one record at most.
 std::uint32_t RecordsBetweenReports(const MemoFile* memo) {
   return memo != nullptr ? 1 : kRecordsBetweenReports;
-}
-
-std::unique_ptr<MemoFile> OpenMemos(const std::wstring& path, const TableLayout& layout,
-                                    const ColumnPlan& plan, CDBFReader& reader,
-                                    Problems& problems) {
-  if (!plan.HasMemos() || layout.recordCount == 0) return nullptr;
-  try {
-    return MemoFile::Open(path, layout, reader);
-  } catch (const FilterError& error) {
-    problems.Add(error.what());
-  } catch (const corvel::Exception& error) {
-    problems.Add(error.Message());
-  }
-  return nullptr;
 }
 
 std::vector<std::string> ColumnNames(const ColumnPlan& plan, bool withDeleted) {

@@ -47,9 +47,10 @@ void Warn(const std::string& message) {
 }
 
 void WarnOf(const std::string& name, const Problems& problems) {
-  for (const std::string& problem : problems.First()) Warn(name + ": " + problem);
+  const std::string start = name + ": ";
+  for (const std::string& problem : problems.First()) Warn(start + problem);
   if (problems.Count() > problems.First().size()) {
-    Warn(name + ": and " + std::to_string(problems.Count() - problems.First().size()) +
+    Warn(start + "and " + std::to_string(problems.Count() - problems.First().size()) +
          " more of the kind");
   }
 }

@@ -21,6 +21,10 @@ class PartOfProgress : public corvel::IProgress {
   double to_;
 };
 
+bool NothingIsLeft(const ClipStatistics& counts) {
+  return counts.dropped > 0 && counts.dropped == counts.Objects();
+}
+
 }  // namespace
 
 DrawingClipResult ClipDrawing(const std::wstring& path, const DrawingOptions& options,
@@ -43,7 +47,12 @@ DrawingClipResult ClipDrawing(const std::wstring& path, const DrawingOptions& op
   filter.SetRegion(clip);
   drawing->Import();
   writer.End();
-  return {filter.Statistics(), filter.Losses(), filter.Remarks(), writer.Remarks()};
+  DrawingClipResult result{
+      filter.Statistics(), filter.Losses(), filter.Remarks(), writer.Remarks(), {}};
+  if (NothingIsLeft(result.statistics)) {
+    result.apart = Extents{drawing->Extent(), GetBoundingBox(region)};
+  }
+  return result;
 }
 
 }  // namespace trovan::filters

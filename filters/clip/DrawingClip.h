@@ -1,9 +1,10 @@
 // Clips a drawing to a region, and draws what remains as SVG.
 #pragma once
 
+#include <optional>
 #include <string>
-#include <vector>
 
+#include <corvel/Geometry.h>
 #include <corvel/Progress.h>
 #include <tarnis/Polygon2.h>
 
@@ -14,12 +15,20 @@
 
 namespace trovan::filters {
 
+// What a drawing and a region cover, in the coordinates of the drawing's file.
+struct Extents {
+  corvel::Box2d drawing;
+  corvel::Box2d region;
+};
+
 struct DrawingClipResult {
   ClipStatistics statistics;
   // In words: what was not read, what is odd or only nearly as it was, and what SVG cannot hold.
   Problems losses;
   Problems remarks;
   Problems unwritten;
+  // Set where the drawing has objects, and none of them lies in the region even in part.
+  std::optional<Extents> apart;
 };
 
 // Reads the drawing at `path` and writes what lies within the region, whose coordinates are those

@@ -49,10 +49,8 @@ class MapDrawing : public Drawing {
   void Import() override { filter_.ImportFromFile(path_, false); }
   Polygon2 ToDrawing(const Polygon2& region) const override { return region; }
   Polygon2 ToFile(const Polygon2& region) const override { return region; }
-  SvgPage Page(const Box2d& box) override {
-    const auto info = filter_.GetImportFileInfo(MapFilter::kScanFile, path_);
-    return MapPage(Remaining(info.extent, box));
-  }
+  SvgPage Page(const Box2d& box) override { return MapPage(Remaining(Extent(), box)); }
+  Box2d Extent() override { return filter_.GetImportFileInfo(MapFilter::kScanFile, path_).extent; }
 
  private:
   std::wstring path_;
@@ -77,6 +75,7 @@ class SvgDrawing : public Drawing {
   }
   // The page stays as it is.
   SvgPage Page(const Box2d&) override { return filter_.Page(); }
+  Box2d Extent() override { return filter_.Page().viewBox; }
 
  private:
   // Exact: scales are powers of two.

@@ -38,6 +38,10 @@ class Drawing {
   // The page for what remains of the drawing within a box, in units of the drawing; the empty box:
   // for all of it. May read the whole file.
   virtual SvgPage Page(const corvel::Box2d& box) = 0;
+
+  // What the drawing covers, in coordinates of the file; of a document, its page. May read the
+  // whole file.
+  virtual corvel::Box2d Extent() = 0;
 };
 
 // Opens a drawing whose format its name tells, or else its content. `manager` is borrowed.

@@ -14,6 +14,9 @@ struct SvgPage {
   corvel::Box2d viewBox{0, 0, 0, 0};  // in user units, y down: what the page shows
   std::string width;                  // as the document says it ("210mm"); empty: it does not
   std::string height;
+  // "preserveAspectRatio" as the document says it, of a view box and a size of other proportions;
+  // empty: it does not.
+  std::string aspectRatio;
   double scale = 1.0;    // units of the drawing for a user unit; powers of two lose no bit
   corvel::Vec2d origin;  // in units of the drawing
   // Digits behind the point of each coordinate; nothing: so many that it reads back as the same.

@@ -45,6 +45,10 @@ std::string Root(const SvgPage& page, const PageCoordinates& coordinates) {
     if (root.back() != '"') root += ' ';
     coordinates.AppendDerived(root, value);
   }
+  if (!page.aspectRatio.empty()) {
+    root += "\" preserveAspectRatio=\"";
+    AppendXmlText(root, corvel::WideFromUtf8(page.aspectRatio));
+  }
   // What SVG would do otherwise: fill everything, by the non-zero rule.
   return root + "\" fill=\"none\" fill-rule=\"evenodd\">\n";
 }

@@ -13,8 +13,6 @@ namespace {
 using corvel::Mat3d;
 using corvel::Vec2d;
 
-constexpr double kDot = 1.0 / 1024;  // units of the drawing: far below what can be seen
-
 // Where along the pattern a line has come to.
 class Pattern {
  public:
@@ -52,10 +50,18 @@ class Cutter {
  public:
   Cutter(const SvgDashes& dashes, const Mat3d& inverse) : pattern_(dashes), inverse_(inverse) {}
 
-  std::vector<std::vector<Vec2d>> Cut(const std::vector<Vec2d>& points) {
-    if (pattern_.IsDash()) dash_.push_back(points.front());
+  std::vector<std::vector<Vec2d>> Cut(const FlatLine& line) {
+    const auto& points = line.points;
+    const bool startsWithDash = pattern_.IsDash();
+    if (startsWithDash) dash_.push_back(points.front());
     for (std::size_t i = 1; i < points.size(); ++i) CutPiece(points[i - 1], points[i]);
-    if (dash_.size() > 1) EndDash();
+    if (dash_.size() > 1) {
+      if (line.isClosed && startsWithDash && !dashes_.empty()) {
+        GoOnAsFirstDash();
+      } else {
+        EndDash();
+      }
+    }
     return std::move(dashes_);
   }
 
@@ -96,12 +102,20 @@ class Cutter {
     const bool isDot = dash_.size() == 1 && dash_.front() == point;
     const double size = std::hypot(direction.x, direction.y);
     if (isDot || dash_.back() != point) {
-      dash_.push_back(isDot ? point + direction * (kDot / size) : point);
+      dash_.push_back(isDot ? point + direction * (kDotLength / size) : point);
     }
   }
 
   void EndDash() {
     dashes_.push_back(std::move(dash_));
+    dash_.clear();
+  }
+
+  // The start of a closed line is no end of a dash.
+  void GoOnAsFirstDash() {
+    auto& first = dashes_.front();
+    dash_.insert(dash_.end(), first.begin() + 1, first.end());
+    first = std::move(dash_);
     dash_.clear();
   }
 
@@ -126,7 +140,7 @@ std::optional<std::vector<std::vector<Vec2d>>> CutIntoDashes(const FlatLine& lin
   const double sum = std::accumulate(dashes.lengths.begin(), dashes.lengths.end(), 0.0);
   const double count = length / sum * static_cast<double>(dashes.lengths.size());
   if (!(count <= static_cast<double>(most))) return {};
-  return cutter.Cut(line.points);
+  return cutter.Cut(line);
 }
 
 }  // namespace trovan::filters

@@ -84,6 +84,7 @@ SvgPage PlacePage(const SvgDocument& document, SvgRemarks& remarks) {
   page.viewBox = ViewBoxOf(document, remarks);
   page.width = SizeAsGiven(document.Root(), "width");
   page.height = SizeAsGiven(document.Root(), "height");
+  page.aspectRatio = Attribute(document.Root(), "preserveAspectRatio");
   page.scale = PowerOfTwoFrom(PixelsPerUnit(document.Root(), page.viewBox));
   return page;
 }

@@ -21,7 +21,6 @@ using corvel::Vec2d;
 using Line = std::vector<Vec2d>;
 
 constexpr std::size_t kMostDashes = 100000;  // of an element
-constexpr double kDot = 1.0 / 1024;          // units of the drawing: far below what can be seen
 
 // The larger of the two factors by which the map scales, divided by the smaller one.
 double Stretch(const Mat3d& map) {
@@ -85,7 +84,7 @@ void AppendDot(const SvgContext& context, const Vec2d& point, std::vector<Line>&
   if (context.style.lineCap == "butt") return;
   const Vec2d axis(context.map(0, 0), context.map(0, 1));
   const double length = std::hypot(axis.x, axis.y);
-  if (length > 0.0) drawn.push_back({point, point + axis * (kDot / length)});
+  if (length > 0.0) drawn.push_back({point, point + axis * (kDotLength / length)});
 }
 
 }  // namespace

@@ -113,6 +113,30 @@ TEST_F(ClipCommandTest, TellsWhatIsLostAndReturnsOne) {
   EXPECT_THAT(Bytes("o.svg"), HasSubstr("<circle"));
 }
 
+TEST_F(ClipCommandTest, TellsWhenNothingLiesInTheRegion) {
+  const std::string map = SaveMap();
+  Outcome outcome = Clip({map, Path("o.svg"), "--region=100,200,300,400.5"});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_EQ(outcome.errors,
+            "trovan: nothing of " + map +
+                " lies in the region: the drawing covers x from 0 to 10 and y from 0 to 2, the "
+                "region covers x from 100 to 300 and y from 200 to 400.5; are they in the same "
+                "coordinates?\n");
+  const std::string document =
+      Save("d.svg", "<svg viewBox='5 -6 70 80'><rect width='9' height='9'/></svg>");
+  outcome = Clip({document, Path("o.svg"), "--region=10,10,20,20"});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_THAT(outcome.errors, HasSubstr("x from 5 to 75 and y from -6 to 74, the region covers x "
+                                        "from 10 to 20 and y from 10 to 20;"));
+}
+
+TEST_F(ClipCommandTest, SaysNothingAboutADrawingWithoutObjects) {
+  const std::string empty = Save("e.geojson", R"({"type":"FeatureCollection","features":[]})");
+  const Outcome outcome = Clip({empty, Path("o.svg"), "--region=0,0,1,1"});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_EQ(outcome.errors, "");
+}
+
 TEST_F(ClipCommandTest, RefusesArgumentsThatMakeNoSense) {
   const std::string map = SaveMap();
   EXPECT_EQ(Clip({map, Path("o.svg")}).code, 2);

@@ -90,6 +90,13 @@ TEST_F(SvgWriterTest, WritesTheSizeAsThePageHasIt) {
   EXPECT_THAT(sink_.text, HasSubstr(" width=\"21cm\" height=\"9&quot;\" viewBox=\"0 0 100 50\""));
 }
 
+TEST_F(SvgWriterTest, WritesHowThePageIsFittedIntoItsSize) {
+  page_.aspectRatio = "xMinYMin slice";
+  Body();
+  EXPECT_THAT(sink_.text,
+              HasSubstr(R"( viewBox="0 0 100 50" preserveAspectRatio="xMinYMin slice" fill=)"));
+}
+
 TEST_F(SvgWriterTest, DrawsAPolygonWithItsHoles) {
   Brush(kRed);
   Pen(kBlue, 0.5);

@@ -79,11 +79,24 @@ TEST(SvgDashes, CutsAlongTheLine) {
   expectCut({{1, 100}, 1}, {});
 }
 
+TEST(SvgDashes, GoThroughTheStartOfAClosedLine) {
+  const FlatLine square{{{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}}, true};
+  const auto expectCut = [&square](const SvgDashes& dashes, const Lines& expected) {
+    const auto cut = CutIntoDashes(square, dashes, Mat3d(), 1000);
+    ASSERT_TRUE(cut);
+    EXPECT_EQ(*cut, expected) << dashes.lengths.front() << " from " << dashes.offset;
+  };
+  expectCut({{6, 28}, 0}, {{{0, 6}, {0, 0}, {6, 0}}});
+  expectCut({{6, 34}, 0}, {{{0, 0}, {6, 0}}});
+  expectCut({{30, 4}, 30}, {{{4, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 6}}, {{0, 2}, {0, 0}}});
+  expectCut({{100, 1}, 0}, {square.points});
+}
+
 TEST(SvgDashes, MakesDotsOfDashesWithoutLength) {
   const auto cut = CutIntoDashes({{{0, 0}, {0, 10}}, false}, {{0, 6}, 3}, Mat3d(), 100);
   ASSERT_TRUE(cut);
   ASSERT_EQ(cut->size(), 2U);
-  EXPECT_EQ(cut->at(0), (Line{{0, 3}, {0, 3 + 1.0 / 1024}}));
+  EXPECT_EQ(cut->at(0), (Line{{0, 3}, {0, 3 + kDotLength}}));
 }
 
 TEST(SvgDashes, MeasuresInUserUnits) {

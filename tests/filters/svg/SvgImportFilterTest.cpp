@@ -73,6 +73,12 @@ TEST_F(SvgImport, KeepsTheSizeAsItIsGiven) {
   filter_.Open(File("<svg viewBox='0 0 1 1' width='210mm' height='x'/>"));
   EXPECT_EQ(filter_.Page().width, "210mm");
   EXPECT_EQ(filter_.Page().height, "");
+  EXPECT_EQ(filter_.Page().aspectRatio, "");
+}
+
+TEST_F(SvgImport, KeepsHowThePageIsFittedIntoItsSize) {
+  filter_.Open(File("<svg viewBox='0 0 1 1' width='2' height='1' preserveAspectRatio='none'/>"));
+  EXPECT_EQ(filter_.Page().aspectRatio, "none");
 }
 
 TEST_F(SvgImport, ScalesAndMirrorsTheDrawing) {

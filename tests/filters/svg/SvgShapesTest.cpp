@@ -173,7 +173,7 @@ TEST_F(SvgShapes, ShowsLinesWithoutLengthByTheirCaps) {
                     "stroke-linecap='round'/>"),
               IsEmpty());
   EXPECT_THAT(Drawn("<path d='M5 5z' stroke='red' stroke-linecap='round'/>"),
-              ElementsAre("TrPolyline 5 -5 0, 5.0009765625 -5 0"));
+              ElementsAre("TrPolyline 5 -5 0, 5.0625 -5 0"));
 }
 
 TEST_F(SvgShapes, StartsClosedLinesThatMayBeCutBesideTheirCorners) {

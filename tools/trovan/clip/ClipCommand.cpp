@@ -110,8 +110,20 @@ DrawingClipResult ClipToStandardOutput(const Arguments& arguments, const Polygon
   return ClipDrawing(arguments.Path(), arguments.options, region, sink, &progress);
 }
 
+std::string InWords(const corvel::Box2d& box) {
+  char text[160];
+  std::snprintf(text, sizeof text, "x from %.6g to %.6g and y from %.6g to %.6g", box.min.x,
+                box.max.x, box.min.y, box.max.y);
+  return text;
+}
+
 // Tells what was not as it should be. Returns the exit code.
 int Conclude(const std::string& name, const DrawingClipResult& result) {
+  if (result.apart) {
+    Warn("nothing of " + name + " lies in the region: the drawing covers " +
+         InWords(result.apart->drawing) + ", the region covers " + InWords(result.apart->region) +
+         "; are they in the same coordinates?");
+  }
   WarnOf(name, result.remarks);
   WarnOf(name, result.losses);
   WarnOf(name, result.unwritten);

@@ -20,7 +20,7 @@ std::uint64_t PixelsOf(const std::optional<MemoryBitmap>& picture) {
 
 std::string NameOf(std::string_view reference) {
   constexpr std::size_t kMostShown = 100;
-  if (IsDataUri(reference)) return "a picture";
+  if (reference.empty() || IsDataUri(reference)) return "a picture";
   const bool isShort = reference.size() <= kMostShown;
   return "the picture \"" + std::string(reference.substr(0, kMostShown)) +
          (isShort ? "\"" : "...\"");
@@ -53,8 +53,9 @@ std::optional<MemoryBitmap> SvgPictures::Read(std::string_view reference,
 std::string SvgPictures::BytesOf(std::string_view reference) {
   if (reference.empty()) throw FilterError("it has no address");
   if (IsDataUri(reference)) return DecodeDataUri(reference);
+  const std::wstring path = PicturePath(documentPath_, reference);
   if (documentPath_.empty()) throw FilterError("the document lies in no folder");
-  std::string bytes = ReadPictureFile(PicturePath(documentPath_, reference));
+  std::string bytes = ReadPictureFile(path);
   guard_.AllowFor(bytes.size());
   return bytes;
 }

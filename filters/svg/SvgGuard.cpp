@@ -12,7 +12,7 @@ namespace {
 // Work is counted in bytes of the document: an element costs these and those of its outline.
 constexpr double kElementCost = 100.0;
 constexpr double kLineCost = 20.0;  // of each dash
-constexpr double kPixelCost = 1.0 / 64.0;
+constexpr double kPixelCost = 1.0 / 32.0;
 constexpr double kFreeWork = 1e7;
 constexpr double kWorkPerByte = 1000.0;
 

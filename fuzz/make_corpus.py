@@ -4,8 +4,10 @@
 Run it after a change here and commit what it makes; it replaces the files that it names.
 """
 
+import base64
 import pathlib
 import struct
+import zlib
 
 CORPUS = pathlib.Path(__file__).resolve().parent / "corpus"
 
@@ -249,6 +251,70 @@ TEXTS = {
 }
 
 
+def chunk(kind, content):
+    return struct.pack(">I", len(content)) + kind + content + struct.pack(
+        ">I", zlib.crc32(kind + content))
+
+
+def png(width, height, depth, color_type, rows, *chunks, interlace=0):
+    """A PNG file; each of the rows begins with its filter."""
+    header = struct.pack(">2I5B", width, height, depth, color_type, 0, 0, interlace)
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + b"".join(chunks) +
+            chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
+
+
+def segment(marker, content):
+    return struct.pack(">2BH", 0xFF, marker, len(content) + 2) + content
+
+
+def jpeg(components, scans, frame=0xC0, size=8):
+    """A JPEG file; its Huffman tables know DC differences of 0 and 7 bits, and no AC ones."""
+    ids = range(1, components + 1)
+    sof = struct.pack(">B2HB", 8, size, size, components) + b"".join(
+        bytes([i, 0x11, 0]) for i in ids)
+    return (b"\xff\xd8" + segment(0xDB, b"\0" + b"\x01" * 64) + segment(frame, sof) +
+            segment(0xC4, b"\0" + bytes([0, 2] + [0] * 14) + b"\0\x07") +
+            segment(0xC4, b"\x10" + bytes([1] + [0] * 15) + b"\0") +
+            b"".join(scans) + b"\xff\xd9")
+
+
+def scan(ids, data, spectral=(0, 63, 0)):
+    head = bytes([len(ids)]) + b"".join(bytes([i, 0]) for i in ids) + bytes(spectral)
+    return segment(0xDA, head) + data
+
+
+PNG = png(2, 2, 8, 6, b"\0" + bytes(range(8)) + b"\x01" + bytes(8))
+PICTURES = {
+    "rgba.png": PNG,
+    "grey.png": png(3, 1, 8, 0, b"\0\x01\x80\xff"),
+    "bits.png": png(9, 1, 1, 0, b"\0\xa5\x80", chunk(b"tRNS", b"\0\x01")),
+    "deep.png": png(1, 2, 16, 4, b"\0" + bytes(4) + b"\x02" + b"\xff" * 4),
+    "colors.png": png(1, 1, 16, 2, b"\0" + bytes(range(6)), chunk(b"tRNS", bytes(range(6)))),
+    "palette.png": png(4, 1, 2, 3, b"\0\x1b", chunk(b"PLTE", bytes(range(12))),
+                       chunk(b"tRNS", b"\0\x80")),
+    "interlaced.png": png(2, 2, 8, 0, b"\0\x01" + b"\0\x02" + b"\x04\x03\x04", interlace=1),
+    "large.png": png(65500, 65500, 8, 6, b"\0"),
+    "cut.png": PNG[:-20],
+    "grey.jpg": jpeg(1, [scan([1], b"\x60\x3f")]),
+    "colors.jpg": jpeg(3, [scan([1, 2, 3], b"\x00\x7f")]),
+    "separate.jpg": jpeg(3, [scan([i], b"\x1f") for i in (1, 2, 3)]),
+    "progressive.jpg": jpeg(1, [scan([1], b"\x3f", (0, 0, 1)), scan([1], b"\x7f", (0, 0, 0x10)),
+                                scan([1], b"\x7f", (1, 63, 0))], frame=0xC2),
+    "four.jpg": jpeg(4, [scan([1, 2, 3, 4], b"\0\x0f")]),
+    "large.jpg": jpeg(1, [scan([1], b"\x60")], size=65500),
+    "cut.jpg": jpeg(1, [])[:-2],
+}
+
+ADDRESSES = {
+    "base64": b"data:image/png;base64," + base64.b64encode(PNG),
+    "spaced": b"data:;base64, QU\n\tJD =",
+    "percents": b"DATA:image/png;charset=x; BASE64 ,QUI%3D%3d%0a",
+    "bytes": b"data:,%00a%zz%f",
+    "empty": b"data:,",
+    "no_comma": b"data:;base64",
+}
+
+
 def svg(content, attributes=b"viewBox='0 0 1000 1000'", head=b""):
     """An SVG document."""
     return (head + b"<svg xmlns='http://www.w3.org/2000/svg' " + attributes + b">" + content +
@@ -283,6 +349,9 @@ SVG_DOCUMENTS = {
                     head=b"<?xml version='1.0'?><!DOCTYPE svg [<!ENTITY a \"height='&b;'\">"
                          b"<!ENTITY b '9'>]>"),
     "sizes": svg(b"<path d='M1 1L9 9'/>", attributes=b"width='5mm' height='100%'"),
+    "images": svg(b"<image href='data:;base64," + base64.b64encode(PNG) + b"' x='5' width='9' "
+                  b"height='5%' preserveAspectRatio='xMaxYMin slice' opacity='.5' transform="
+                  b"'rotate(30)'/><image href='data:,GIF' width='auto'/><image href='a.png'/>"),
     "cut": svg(b"<g><path d='M0 0h9"),
 }
 
@@ -369,6 +438,8 @@ write("VtkReaderFuzz", VTK_FILES)
 write("EnviHeaderFuzz", ENVI_HEADERS)
 write("HgtFuzz", HGT_TILES)
 write("DelimitedReaderFuzz", DELIMITED_TEXTS)
+write("DataUriFuzz", ADDRESSES)
+write("PictureFuzz", PICTURES)
 write("SvgImportFuzz", SVG_DOCUMENTS)
 write("WktPolygonFuzz", WELL_KNOWN_TEXTS)
 write("GeoJsonFuzz", GEO_JSON)

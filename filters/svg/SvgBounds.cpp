@@ -3,6 +3,8 @@
 #include <cmath>
 #include <optional>
 
+#include "SvgElement.h"
+#include "SvgImages.h"
 #include "SvgShapes.h"
 
 namespace trovan::filters {
@@ -20,6 +22,8 @@ class Bounder {
     if (const auto shape = MakeShape(node, context.basis)) {
       const Box2d box = shape->outline.Bounds(context.map);
       if (std::isfinite(box.Width()) && std::isfinite(box.Height())) box_ |= box;
+    } else if (ElementName(node) == "image") {
+      AddImage(node, context);
     } else if (IsGroup(node)) {
       for (const pugi::xml_node& child : Drawn(node, document_)) AddChild(child, context);
     }
@@ -28,6 +32,15 @@ class Bounder {
   const Box2d& Box() const { return box_; }
 
  private:
+  // Pictures are not opened to tell their size.
+  void AddImage(const pugi::xml_node& node, const SvgContext& context) {
+    const auto space = GivenImageSpace(node, context.basis);
+    if (!space || !(space->Width() > 0.0) || !(space->Height() > 0.0)) return;
+    Box2d box;
+    box.BoundPoints(MappedCorners(*space, context.map).data(), 4);
+    if (std::isfinite(box.Width()) && std::isfinite(box.Height())) box_ |= box;
+  }
+
   // NOLINTNEXTLINE(misc-no-recursion): the guard bounds the depth
   void AddChild(const pugi::xml_node& node, const SvgContext& parent) {
     const SvgGuard::Visit visit(guard_, node);

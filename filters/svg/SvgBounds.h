@@ -12,7 +12,7 @@
 namespace trovan::filters {
 
 // Around the outlines of an element and all that it draws, in its user space, without the width of
-// lines. The empty box if there is none; texts and images have none.
+// lines. The empty box if there is none; texts have none, nor have images without a given size.
 //
 // `context` is that of the element.
 corvel::Box2d BoundsOf(const pugi::xml_node& node, const SvgContext& context,

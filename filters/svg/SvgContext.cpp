@@ -26,13 +26,6 @@ void ApplyTransform(const pugi::xml_node& node, SvgContext& context, SvgRemarks&
   }
 }
 
-std::vector<Vec2d> MappedCorners(const Box2d& box, const Mat3d& map) {
-  std::vector<Vec2d> corners(4);
-  box.GetCorners(corners.data());
-  map.Transform(corners.data(), corners.data(), corners.size());
-  return corners;
-}
-
 // The space of a nested "svg" or of a "symbol" that is used. False where it has no extent.
 bool EnterViewport(const pugi::xml_node& node, const SvgContext& parent, SvgContext& context) {
   const LengthBasis& basis = parent.basis;
@@ -110,6 +103,13 @@ SvgContext EnterApart(const pugi::xml_node& node, const SvgContext& user,
   }
   context.basis.fontSize = context.style.fontSize;
   return context;
+}
+
+std::vector<Vec2d> MappedCorners(const Box2d& box, const Mat3d& map) {
+  std::vector<Vec2d> corners(4);
+  box.GetCorners(corners.data());
+  map.Transform(corners.data(), corners.data(), corners.size());
+  return corners;
 }
 
 bool IsGroup(const pugi::xml_node& node) {

@@ -37,6 +37,9 @@ std::optional<SvgContext> Enter(const pugi::xml_node& node, const SvgContext& pa
 SvgContext EnterApart(const pugi::xml_node& node, const SvgContext& user,
                       const SvgDocument& document);
 
+// The corners of a box of user space in the drawing, one after the other around it.
+std::vector<corvel::Vec2d> MappedCorners(const corvel::Box2d& box, const corvel::Mat3d& map);
+
 // Whether the element only holds others: "g", "a", "svg", "switch", "use".
 bool IsGroup(const pugi::xml_node& node);
 

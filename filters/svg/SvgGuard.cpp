@@ -12,6 +12,7 @@ namespace {
 // Work is counted in bytes of the document: an element costs these and those of its outline.
 constexpr double kElementCost = 100.0;
 constexpr double kLineCost = 20.0;  // of each dash
+constexpr double kPixelCost = 1.0 / 32.0;
 constexpr double kFreeWork = 1e7;
 constexpr double kWorkPerByte = 1000.0;
 
@@ -47,6 +48,12 @@ bool SvgGuard::Open(const pugi::xml_node& node) {
 void SvgGuard::CountLines(std::size_t count, const pugi::xml_node& node) {
   Spend(kLineCost * static_cast<double>(count), node);
 }
+
+void SvgGuard::CountPixels(std::uint64_t count, const pugi::xml_node& node) {
+  Spend(kPixelCost * static_cast<double>(count), node);
+}
+
+void SvgGuard::AllowFor(std::size_t bytes) { most_ += kWorkPerByte * static_cast<double>(bytes); }
 
 void SvgGuard::Spend(double work, const pugi::xml_node& node) {
   spent_ += work;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include <pugixml.hpp>
@@ -40,6 +41,12 @@ class SvgGuard {
   // Counts lines that are drawn; raises FilterError as a visit does.
   void CountLines(std::size_t count, const pugi::xml_node& node);
 
+  // The same for the pixels of a picture that is drawn.
+  void CountPixels(std::uint64_t count, const pugi::xml_node& node);
+
+  // A file of so many bytes counts as a part of the document.
+  void AllowFor(std::size_t bytes);
+
   // How much of the document's elements was visited, from 0 to 1; repetitions count.
   double Progress() const;
 
@@ -51,7 +58,7 @@ class SvgGuard {
   SvgRemarks& remarks_;
   std::vector<pugi::xml_node> open_;
   double spent_ = 0.0;
-  double most_;
+  double most_;  // work
 };
 
 }  // namespace trovan::filters

@@ -112,7 +112,7 @@ void SvgImportFilter::Deliver() {
   }
   if (!(page_.viewBox.Width() > 0.0) || !(page_.viewBox.Height() > 0.0)) return;
   SvgPainter painter(Region(), [this](quillon::TrBase& object) { Send(object); });
-  SvgRenderer renderer(*document, painter, remarks,
+  SvgRenderer renderer(*document, path_, painter, remarks,
                        [this](double fraction) { ReportProgress(fraction); });
   try {
     renderer.Draw(OuterContext(page_));

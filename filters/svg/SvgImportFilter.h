@@ -30,8 +30,11 @@ class SvgDocument;
 // are intersected with each other and with the region; a line that a clip path of the document may
 // cut comes as the area that its pen covers.
 //
-// Gradients become their mean colour; pictures, patterns, masks, filters, markers and the like are
-// left out, with a remark for each kind.
+// Pictures are PNG and JPEG files, in the document or beside it; they come as TrImage objects that
+// have their pixels in memory.
+//
+// Gradients become their mean colour; patterns, masks, filters, markers and the like are left out,
+// with a remark for each kind.
 class SvgImportFilter : public DrawingFilter {
  public:
   // `manager` is borrowed and must outlive the filter.

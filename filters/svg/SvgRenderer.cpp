@@ -8,10 +8,13 @@
 #include <string_view>
 #include <utility>
 
+#include <quillon/TrImage.h>
+#include <tarnis/Clipping.h>
 #include <tarnis/FillRule.h>
 
 #include "SvgAreas.h"
 #include "SvgElement.h"
+#include "SvgImages.h"
 #include "SvgPaints.h"
 #include "SvgStroker.h"
 #include "SvgStrokes.h"
@@ -97,14 +100,15 @@ class SvgRenderer::Clip {
   int pushed_ = 0;
 };
 
-SvgRenderer::SvgRenderer(const SvgDocument& document, SvgPainter& painter, SvgRemarks& remarks,
-                         Progress progress)
+SvgRenderer::SvgRenderer(const SvgDocument& document, std::wstring path, SvgPainter& painter,
+                         SvgRemarks& remarks, Progress progress)
     : document_(document),
       painter_(painter),
       remarks_(remarks),
       progress_(std::move(progress)),
       guard_(document, remarks),
-      clipPaths_(document, guard_, remarks) {}
+      clipPaths_(document, guard_, remarks),
+      pictures_(std::move(path), guard_, remarks) {}
 
 void SvgRenderer::Draw(const SvgContext& outer) {
   DrawElement(document_.Root(), outer);
@@ -131,6 +135,7 @@ void SvgRenderer::DrawContent(const pugi::xml_node& node, const SvgContext& cont
   const std::string_view name = ElementName(node);
   if (IsGroup(node)) return DrawGroup(node, context);
   if (name == "text") return DrawTexts(node, context);
+  if (name == "image") return DrawImage(node, context);
   if (const auto shape = MakeShape(node, context.basis)) return DrawShape(node, *shape, context);
   remarks_.Add("elements \"" + std::string(name) + "\" are left out", node);
 }
@@ -228,6 +233,30 @@ bool SvgRenderer::FillPlainly(const SvgShape& shape, const SvgContext& context,
   painter_.FillEllipse({center.x - x, center.y - y, center.x + x, center.y + y},
                        isCircle ? 0.0 : std::atan2(map(0, 1), map(0, 0)), color);
   return true;
+}
+
+void SvgRenderer::DrawImage(const pugi::xml_node& node, const SvgContext& context) {
+  const bool isHidden = !context.style.isVisible || !(context.opacity > 0.0) ||
+                        Determinant(context.map) == 0.0 || HidesImage(node, context.basis);
+  if (isHidden) return;
+  const brindle::MemoryBitmap* picture = pictures_.Find(node);
+  if (picture == nullptr) return;
+  const Vec2d pixels(picture->GetWidth(), picture->GetHeight());
+  const ImagePlace place = PlaceImage(node, context.basis, pixels);
+  quillon::TrImage image = MakeImage(*picture, context.opacity, place.picture, context.map);
+  const std::vector<FlatLine> outline = {{CornersOf(image), false}};
+  if (!IsFinite(outline)) {
+    remarks_.Add("what lies beyond all bounds is left out", node);
+    return;
+  }
+  SvgClipStack& clips = painter_.Clips();
+  const bool isCut = place.isOutOfSpace && !context.style.isOverflowVisible;
+  if (isCut) clips.Push({MappedCorners(place.space, context.map), {4}});
+  const bool isWhole = clips.Region().IsEmpty() ||
+                       tarnis::PolygonContains(clips.Region(), {outline.front().points, {4}});
+  if (!isWhole) remarks_.Add("pictures are drawn whole, even where a clip path cuts them", node);
+  painter_.Draw(image);
+  if (isCut) clips.Pop();
 }
 
 void SvgRenderer::DrawTexts(const pugi::xml_node& node, const SvgContext& context) {

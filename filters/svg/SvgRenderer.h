@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include <pugixml.hpp>
@@ -12,6 +13,7 @@
 #include "filters/svg/SvgDocument.h"
 #include "filters/svg/SvgGuard.h"
 #include "filters/svg/SvgPainter.h"
+#include "filters/svg/SvgPictures.h"
 #include "filters/svg/SvgRemarks.h"
 #include "filters/svg/SvgShapes.h"
 
@@ -22,9 +24,9 @@ class SvgRenderer {
   // Gets told now and then which part of the work is done.
   using Progress = std::function<void(double)>;
 
-  // All are borrowed.
-  SvgRenderer(const SvgDocument& document, SvgPainter& painter, SvgRemarks& remarks,
-              Progress progress);
+  // `path` is where the document lies; empty: nowhere. All others are borrowed.
+  SvgRenderer(const SvgDocument& document, std::wstring path, SvgPainter& painter,
+              SvgRemarks& remarks, Progress progress);
 
   // `outer` is the space in which the document stands.
   void Draw(const SvgContext& outer);
@@ -41,6 +43,7 @@ class SvgRenderer {
   bool FillPlainly(const SvgShape& shape, const SvgContext& context, const corvel::Color4b& color);
   void DrawLines(const pugi::xml_node& node, const std::vector<FlatLine>& lines,
                  const SvgContext& context, const corvel::Color4b& color);
+  void DrawImage(const pugi::xml_node& node, const SvgContext& context);
   void DrawTexts(const pugi::xml_node& node, const SvgContext& context);
   void NoteOmissions(const pugi::xml_node& node, const SvgContext& context);
 
@@ -50,6 +53,7 @@ class SvgRenderer {
   Progress progress_;
   SvgGuard guard_;
   SvgClipPaths clipPaths_;
+  SvgPictures pictures_;
 };
 
 }  // namespace trovan::filters

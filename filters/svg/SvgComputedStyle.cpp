@@ -1,10 +1,10 @@
 #include "SvgComputedStyle.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
 #include <iterator>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 #include "SvgFontStyle.h"
 #include "SvgScanner.h"
@@ -20,8 +20,9 @@ struct Place {
   LengthBasis basis;  // its font size is that of the element, once that is known
 };
 
-// Takes a value over into the style, or leaves the style as it is where the value makes no sense.
-using Apply = void (*)(Value value, const Place& place, Style& style);
+// Takes a value over into the style; false, with the style as it is, where the value makes no
+// sense.
+using Apply = bool (*)(Value value, const Place& place, Style& style);
 using Copy = void (*)(const Style& from, Style& to);
 
 struct Property {
@@ -36,100 +37,116 @@ void CopyMember(const Style& from, Style& to) {
   to.*Member = from.*Member;
 }
 
-template <auto Member>
-void ApplyPaint(Value value, const Place&, Style& style) {
-  if (const auto paint = ParsePaint(value)) style.*Member = *paint;
+// False where there is none.
+template <class T, class U>
+bool Take(const std::optional<T>& value, U& to) {
+  if (value) to = *value;
+  return value.has_value();
 }
 
 template <auto Member>
-void ApplyColor(Value value, const Place&, Style& style) {
-  if (const auto color = ParseColor(value, style.color)) style.*Member = *color;
+bool ApplyPaint(Value value, const Place&, Style& style) {
+  return Take(ParsePaint(value), style.*Member);
 }
 
 template <auto Member>
-void ApplyOpacity(Value value, const Place&, Style& style) {
-  if (const auto opacity = ParseOpacity(value)) style.*Member = *opacity;
+bool ApplyColor(Value value, const Place&, Style& style) {
+  return Take(ParseColor(value, style.color), style.*Member);
 }
 
 template <auto Member>
-void ApplyRule(Value value, const Place&, Style& style) {
-  if (value == "evenodd") style.*Member = true;
-  if (value == "nonzero") style.*Member = false;
+bool ApplyOpacity(Value value, const Place&, Style& style) {
+  return Take(ParseOpacity(value), style.*Member);
+}
+
+template <auto Member>
+bool ApplyRule(Value value, const Place&, Style& style) {
+  if (value != "evenodd" && value != "nonzero") return false;
+  style.*Member = value == "evenodd";
+  return true;
 }
 
 // Whether the property has another value than "none".
 template <auto Member>
-void ApplyPresence(Value value, const Place&, Style& style) {
+bool ApplyPresence(Value value, const Place&, Style& style) {
   style.*Member = value != "none";
+  return true;
 }
 
 // Any of the three kinds of markers counts.
-void ApplyMarker(Value value, const Place&, Style& style) {
+bool ApplyMarker(Value value, const Place&, Style& style) {
   if (value != "none") style.hasMarkers = true;
+  return true;
 }
 
-void ApplyFontSize(Value value, const Place& place, Style& style) {
-  if (const auto size = ParseFontSize(value, place.parent.fontSize, place.basis)) {
-    style.fontSize = *size;
-  }
+bool ApplyFontSize(Value value, const Place& place, Style& style) {
+  return Take(ParseFontSize(value, place.parent.fontSize, place.basis), style.fontSize);
 }
 
-void ApplyStrokeWidth(Value value, const Place& place, Style& style) {
+bool ApplyStrokeWidth(Value value, const Place& place, Style& style) {
   const auto length = ParseLength(value);
-  if (!length) return;
-  const double width = InPixels(*length, place.basis, Axis::kDiagonal);
-  if (width >= 0.0) style.strokeWidth = width;
+  if (!length || length->value < 0.0) return false;
+  style.strokeWidth = InPixels(*length, place.basis, Axis::kDiagonal);
+  return true;
 }
 
-void ApplyDashOffset(Value value, const Place& place, Style& style) {
-  if (const auto length = ParseLength(value)) {
-    style.dashOffset = InPixels(*length, place.basis, Axis::kDiagonal);
-  }
+bool ApplyDashOffset(Value value, const Place& place, Style& style) {
+  const auto length = ParseLength(value);
+  if (length) style.dashOffset = InPixels(*length, place.basis, Axis::kDiagonal);
+  return length.has_value();
 }
 
 // A negative length makes the whole list invalid; one whose sum is 0 draws a solid line.
-void ApplyDashes(Value value, const Place& place, Style& style) {
-  if (value == "none") return style.dashes.clear();
+bool ApplyDashes(Value value, const Place& place, Style& style) {
   std::vector<double> dashes;
   double sum = 0.0;
-  SvgScanner scanner(value);
+  SvgScanner scanner(value == "none" ? Value() : value);
   while (!scanner.AtEnd()) {
     const auto length = ParseLength(scanner.ReadUntil(", \t\n\r\f"));
-    if (!length) return;
+    if (!length || length->value < 0.0) return false;
     dashes.push_back(InPixels(*length, place.basis, Axis::kDiagonal));
-    if (dashes.back() < 0.0) return;
     sum += dashes.back();
     scanner.SkipComma();
   }
   if (!(sum > 0.0)) dashes.clear();
   style.dashes = std::move(dashes);
+  return true;
 }
 
-void ApplyLineCap(Value value, const Place&, Style& style) {
-  if (value == "butt" || value == "round" || value == "square") style.lineCap = std::string(value);
+bool ApplyLineCap(Value value, const Place&, Style& style) {
+  if (value != "butt" && value != "round" && value != "square") return false;
+  style.lineCap = std::string(value);
+  return true;
 }
 
 // The joins of SVG 2 look nearly as mitres do.
-void ApplyLineJoin(Value value, const Place&, Style& style) {
-  if (value == "miter" || value == "round" || value == "bevel") style.lineJoin = std::string(value);
-  if (value == "miter-clip" || value == "arcs") style.lineJoin = "miter";
+bool ApplyLineJoin(Value value, const Place&, Style& style) {
+  if (value == "miter-clip" || value == "arcs") value = "miter";
+  if (value != "miter" && value != "round" && value != "bevel") return false;
+  style.lineJoin = std::string(value);
+  return true;
 }
 
-void ApplyMiterLimit(Value value, const Place&, Style& style) {
+bool ApplyMiterLimit(Value value, const Place&, Style& style) {
   const auto limit = ParseSvgNumber(value);
-  if (limit && *limit >= 1.0) style.miterLimit = *limit;
+  return limit && *limit >= 1.0 && Take(limit, style.miterLimit);
 }
 
-void ApplyVisibility(Value value, const Place&, Style& style) {
-  if (value == "visible") style.isVisible = true;
-  if (value == "hidden" || value == "collapse") style.isVisible = false;
+bool ApplyVisibility(Value value, const Place&, Style& style) {
+  if (value != "visible" && value != "hidden" && value != "collapse") return false;
+  style.isVisible = value == "visible";
+  return true;
 }
 
-void ApplyDisplay(Value value, const Place&, Style& style) { style.isDisplayed = value != "none"; }
+bool ApplyDisplay(Value value, const Place&, Style& style) {
+  style.isDisplayed = value != "none";
+  return true;
+}
 
-void ApplyClipPath(Value value, const Place&, Style& style) {
+bool ApplyClipPath(Value value, const Place&, Style& style) {
   style.clipPath = ParseReference(value);
   style.hasUnknownClip = style.clipPath.empty() && value != "none";
+  return true;
 }
 
 void CopyClipPath(const Style& from, Style& to) {
@@ -137,33 +154,36 @@ void CopyClipPath(const Style& from, Style& to) {
   to.hasUnknownClip = from.hasUnknownClip;
 }
 
-void ApplyOverflow(Value value, const Place&, Style& style) {
+bool ApplyOverflow(Value value, const Place&, Style& style) {
   style.isOverflowVisible = value == "visible" || value == "auto";
+  return true;
 }
 
-void ApplyFontWeight(Value value, const Place& place, Style& style) {
-  if (const auto weight = ParseFontWeight(value, place.parent.fontWeight)) {
-    style.fontWeight = *weight;
-  }
+bool ApplyFontWeight(Value value, const Place& place, Style& style) {
+  return Take(ParseFontWeight(value, place.parent.fontWeight), style.fontWeight);
 }
 
-void ApplyFontStyle(Value value, const Place&, Style& style) {
-  if (value == "normal") style.isItalic = false;
-  if (value.starts_with("italic") || value.starts_with("oblique")) style.isItalic = true;
+bool ApplyFontStyle(Value value, const Place&, Style& style) {
+  const bool isItalic = value.starts_with("italic") || value.starts_with("oblique");
+  if (!isItalic && value != "normal") return false;
+  style.isItalic = isItalic;
+  return true;
 }
 
-void ApplyFontFamily(Value value, const Place&, Style& style) {
+bool ApplyFontFamily(Value value, const Place&, Style& style) {
   if (!value.empty()) style.fontFamily = std::string(value);
+  return !value.empty();
 }
 
 // "italic bold 12px/30px Georgia, serif".
-void ApplyFont(Value value, const Place& place, Style& style) {
+bool ApplyFont(Value value, const Place& place, Style& style) {
   const auto font = ParseFontShorthand(value, place.parent.fontSize, place.basis);
-  if (!font) return;
+  if (!font) return false;
   style.fontSize = font->size;
   style.fontWeight = font->weight;
   style.isItalic = font->isItalic;
   style.fontFamily = font->family;
+  return true;
 }
 
 void CopyFont(const Style& from, Style& to) {
@@ -173,16 +193,19 @@ void CopyFont(const Style& from, Style& to) {
   to.fontFamily = from.fontFamily;
 }
 
-void ApplyTextAnchor(Value value, const Place&, Style& style) {
-  if (value == "start") style.textAnchor = TextAnchor::kStart;
-  if (value == "middle") style.textAnchor = TextAnchor::kMiddle;
-  if (value == "end") style.textAnchor = TextAnchor::kEnd;
+bool ApplyTextAnchor(Value value, const Place&, Style& style) {
+  if (value != "start" && value != "middle" && value != "end") return false;
+  style.textAnchor = value == "start"    ? TextAnchor::kStart
+                     : value == "middle" ? TextAnchor::kMiddle
+                                         : TextAnchor::kEnd;
+  return true;
 }
 
 // The lines of an ancestor run on below and through the text of its descendants.
-void ApplyTextDecoration(Value value, const Place&, Style& style) {
+bool ApplyTextDecoration(Value value, const Place&, Style& style) {
   if (value.find("underline") != Value::npos) style.isUnderlined = true;
   if (value.find("line-through") != Value::npos) style.isStruckOut = true;
+  return true;
 }
 
 void CopyTextDecoration(const Style& from, Style& to) {
@@ -190,8 +213,9 @@ void CopyTextDecoration(const Style& from, Style& to) {
   to.isStruckOut = from.isStruckOut;
 }
 
-void ApplySpace(Value value, const Place&, Style& style) {
+bool ApplySpace(Value value, const Place&, Style& style) {
   style.preservesSpace = value == "preserve";
+  return true;
 }
 
 // In this order: the size of the font and the colour are what other values are relative to.
@@ -232,23 +256,22 @@ constexpr Property kProperties[] = {
     {"visibility", true, ApplyVisibility, CopyMember<&Style::isVisible>},
     {"xml:space", true, ApplySpace, CopyMember<&Style::preservesSpace>},
 };
-constexpr std::size_t kPropertyCount = std::size(kProperties);
 
 constexpr unsigned kAttributePriority = 1;
 constexpr unsigned kSheetPriority = 2;
 constexpr unsigned kStylePriority = 3;
 constexpr unsigned kImportant = 4;  // added
 
-// Of each property the strongest value that was given.
-class Winners {
+// The values that were given for each property.
+class Cascade {
  public:
-  // A later value wins over an earlier one of the same priority.
-  void Give(Value property, Value value, unsigned priority) {
-    for (std::size_t i = 0; i < kPropertyCount; ++i) {
-      if (kProperties[i].name != property) continue;
-      if (priority >= winners_[i].priority) winners_[i] = {value, priority};
-      return;
-    }
+  // A later value is stronger than an earlier one of the same priority.
+  void Give(Value name, Value value, unsigned priority) {
+    const auto* const property =
+        std::find_if(std::begin(kProperties), std::end(kProperties),
+                     [name](const Property& candidate) { return candidate.name == name; });
+    if (property == std::end(kProperties)) return;
+    given_.push_back({property, TrimSpace(value), priority});
   }
 
   void Give(const std::vector<SvgDeclaration>& declarations, unsigned priority) {
@@ -257,32 +280,41 @@ class Winners {
     }
   }
 
-  void ApplyTo(Style& style, Place& place) const {
-    for (std::size_t i = 0; i < kPropertyCount; ++i) {
+  // Of each property the strongest value that makes sense: documents give colours in new notations
+  // behind those that every program knows.
+  void ApplyTo(Style& style, Place& place) {
+    std::reverse(given_.begin(), given_.end());
+    std::stable_sort(given_.begin(), given_.end(), [](const Given& a, const Given& b) {
+      return a.property != b.property ? a.property < b.property : a.priority > b.priority;
+    });
+    const Property* done = nullptr;
+    for (const Given& given : given_) {
+      if (given.property == done) continue;
       place.basis.fontSize = style.fontSize;
-      if (winners_[i].priority > 0) ApplyOne(kProperties[i], winners_[i].value, place, style);
+      if (ApplyOne(*given.property, given.value, place, style)) done = given.property;
     }
   }
 
  private:
-  struct Winner {
+  struct Given {
+    const Property* property;
     Value value;
-    unsigned priority = 0;  // 0: none was given
+    unsigned priority;
   };
 
-  static void ApplyOne(const Property& property, Value value, const Place& place, Style& style) {
-    value = TrimSpace(value);
+  static bool ApplyOne(const Property& property, Value value, const Place& place, Style& style) {
     const bool isUnset = value == "unset" || value == "revert";
     if (value == "inherit" || (isUnset && property.isInherited)) {
       property.copy(place.parent, style);
     } else if (value == "initial" || isUnset) {
       property.copy(Style(), style);
     } else {
-      property.apply(value, place, style);
+      return property.apply(value, place, style);
     }
+    return true;
   }
 
-  std::array<Winner, kPropertyCount> winners_;
+  std::vector<Given> given_;
 };
 
 // What an element starts with: the inherited properties of its parent.
@@ -299,21 +331,21 @@ Style Inherited(const Style& parent) {
 
 ComputedStyle ComputeStyle(const pugi::xml_node& node, const ComputedStyle& parent,
                            const SvgStyleSheet& sheet, const LengthBasis& basis) {
-  Winners winners;
+  Cascade cascade;
   for (const pugi::xml_attribute& attribute : node.attributes()) {
-    winners.Give(attribute.name(), attribute.value(), kAttributePriority);
+    cascade.Give(attribute.name(), attribute.value(), kAttributePriority);
   }
   if (!sheet.IsEmpty()) {
     for (const auto* declarations : sheet.Matches(node)) {
-      winners.Give(*declarations, kSheetPriority);
+      cascade.Give(*declarations, kSheetPriority);
     }
   }
   const auto own = ParseDeclarations(node.attribute("style").value());
-  winners.Give(own, kStylePriority);
+  cascade.Give(own, kStylePriority);
 
   Style style = Inherited(parent);
   Place place{parent, basis};
-  winners.ApplyTo(style, place);
+  cascade.ApplyTo(style, place);
   return style;
 }
 

@@ -56,7 +56,7 @@ struct ComputedStyle {
 
 // The style of `node` below an element of style `parent`: the attributes of the element are weaker
 // than the rules of the sheet, these weaker than its attribute "style". Values that make no sense
-// count as not given. Of `basis` the size of the font is not read.
+// count as not given, so that weaker ones hold. Of `basis` the size of the font is not read.
 ComputedStyle ComputeStyle(const pugi::xml_node& node, const ComputedStyle& parent,
                            const SvgStyleSheet& sheet, const LengthBasis& basis);
 

@@ -19,6 +19,17 @@ bool IsWide(std::string_view bytes) {
          bytes.substr(0, 4).find('\0') != std::string_view::npos;
 }
 
+// Whether a style sheet counts where drawings are looked at: it may be for some media only.
+bool IsForScreens(std::string_view media) {
+  if (TrimSpace(media).empty()) return true;
+  SvgScanner scanner(media);
+  do {
+    const std::string_view one = TrimSpace(scanner.ReadUntil(","));
+    if (EqualsIgnoringCase(one, "all") || EqualsIgnoringCase(one, "screen")) return true;
+  } while (scanner.Skip(','));
+  return false;
+}
+
 struct TextPlace {
   std::size_t line;
   std::size_t column;
@@ -51,6 +62,7 @@ class SvgDocument::Collector : public pugi::xml_tree_walker {
   void AddSheet(const pugi::xml_node& node) {
     const std::string_view type = TrimSpace(Attribute(node, "type"));
     if (!type.empty() && !EqualsIgnoringCase(type, "text/css")) return;
+    if (!IsForScreens(Attribute(node, "media"))) return document_.sheet_.LeaveOut();
     std::string text;
     for (const pugi::xml_node& part : node.children()) text += part.value();
     document_.sheet_.Add(text);

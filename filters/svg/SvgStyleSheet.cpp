@@ -210,8 +210,10 @@ void SvgStyleSheet::AddSelector(Selector selector) {
   const Compound& last = selector.compounds.back();
   std::string key = last.element;
   for (const AttributeTest& test : last.tests) {
-    if (test.name == "id") key = "#" + test.value;
-    if (test.name == "class" && !key.starts_with('#')) key = "." + test.value;
+    const bool isId = test.name == "id" && test.kind == AttributeTest::Kind::kEquals;
+    const bool isClass = test.name == "class" && test.kind == AttributeTest::Kind::kHasWord;
+    if (isId) key = "#" + test.value;
+    if (isClass && !key.starts_with('#')) key = "." + test.value;
   }
   byKey_[key].push_back(selectors_.size());
   selectors_.push_back(std::move(selector));

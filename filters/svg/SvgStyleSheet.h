@@ -36,12 +36,15 @@ class SvgStyleSheet {
   // specific.
   void Add(std::string_view text);
 
+  // Counts a sheet that is not added.
+  void LeaveOut() { ++leftOut_; }
+
   bool IsEmpty() const { return selectors_.empty(); }
 
   // The declarations of each rule that the element matches, the strongest last. Valid until Add.
   std::vector<const std::vector<SvgDeclaration>*> Matches(const pugi::xml_node& node) const;
 
-  // How many selectors were left out.
+  // How many selectors and whole sheets were left out.
   std::size_t LeftOut() const { return leftOut_; }
 
  private:

@@ -62,6 +62,22 @@ TEST(SvgDocument, ReadsOtherEncodings) {
   EXPECT_FALSE(latin.Find("\xC3\xA4").empty());
 }
 
+TEST(SvgDocument, TakesStyleSheetsForScreens) {
+  const struct {
+    const char* media;
+    bool isTaken;
+  } cases[] = {
+      {"", true},       {" ", true},          {"all", true},        {"Screen", true},
+      {"print", false}, {"print,all ", true}, {"print, tv", false}, {"(width: 1px)", false},
+  };
+  for (const auto& c : cases) {
+    const SvgDocument document(
+        std::string("<svg><style media='") + c.media + "'>g { fill: red }</style></svg>", "a");
+    EXPECT_EQ(document.Sheet().IsEmpty(), !c.isTaken) << c.media;
+    EXPECT_EQ(document.Sheet().LeftOut(), c.isTaken ? 0U : 1U) << c.media;
+  }
+}
+
 TEST(SvgDocument, TellsTheLinesOfElements) {
   const SvgDocument document("<svg>\n\n<g id='a'/></svg>", "x");
   EXPECT_EQ(document.LineOf(document.Find("a")), 3U);

@@ -64,6 +64,8 @@ TEST_F(SvgStyleTest, FindsElementsBySelectors) {
       {"path path", false},  {"rect, path", true}, {"path, rect", true},
       {"[name]", true},      {"[other]", false},   {"[name='x y']", true},
       {"[name=x]", false},   {"[name~=y]", true},  {"path[id=\"p\"]", true},
+      {"[id]", true},        {"[class]", true},    {"[id~=p]", true},
+      {"[class=b]", true},   {"[class=a]", false}, {"g[class='a b'] path", true},
       {"path:hover", false}, {"g + path", false},  {"path::after", false},
       {"", false},           {">path", false},     {"g >", false},
   };
@@ -72,6 +74,12 @@ TEST_F(SvgStyleTest, FindsElementsBySelectors) {
     sheet_.Add(std::string(c.selector) + " { stop-color: red }");
     EXPECT_EQ(Style("p").stopColor == kRed, c.isMatch) << c.selector;
   }
+}
+
+TEST_F(SvgStyleTest, FindsElementsByAllOfTheirClasses) {
+  Load("<svg><path id='p' class='a b'/></svg>");
+  sheet_.Add("[class='a b'] { fill: red }");
+  EXPECT_EQ(Fill("p"), kRed);
 }
 
 TEST_F(SvgStyleTest, PrefersTheMoreSpecificRule) {
@@ -95,6 +103,25 @@ TEST_F(SvgStyleTest, OrdersAttributesSheetsAndStyles) {
   EXPECT_EQ(Fill("a"), kBlue);
   EXPECT_EQ(Fill("b"), kRed);
   EXPECT_EQ(Fill("d"), Color4b(0, 255, 0, 255));
+}
+
+TEST_F(SvgStyleTest, FallsBackToTheNextWeakerValueThatMakesSense) {
+  Load(
+      "<svg><path id='a' style='fill: red; fill: color(display-p3 1 0 0)'/>"
+      "<path id='b' fill='red' stroke-width='3' visibility='hidden' "
+      "style='fill: new(1); stroke-width: wide; visibility: maybe'/>"
+      "<path id='c' class='c' style='fill: new(1)'/>"
+      "<path id='d' class='d' fill='red'/>"
+      "<path id='e' class='e' style='fill: red'/></svg>");
+  sheet_.Add(".c, .d { fill: red } .d { fill: redish !important } .e { fill: none!important }");
+  sheet_.Add(".e { fill: blue !important; fill: bluish !important }");
+  EXPECT_EQ(Fill("a"), kRed);
+  EXPECT_EQ(Fill("b"), kRed);
+  EXPECT_EQ(Style("b").strokeWidth, 3.0);
+  EXPECT_FALSE(Style("b").isVisible);
+  EXPECT_EQ(Fill("c"), kRed);
+  EXPECT_EQ(Fill("d"), kRed);
+  EXPECT_EQ(Fill("e"), kBlue);
 }
 
 TEST_F(SvgStyleTest, LetsImportantRulesWin) {

@@ -58,7 +58,11 @@ void AddArc(const SvgArc& arc, const Vec2d& from, const Vec2d& to, SvgOutline& o
   const Vec2d axis(std::cos(turn), std::sin(turn));
   Vec2d half = HalfChord(from, to, axis, xRadius, yRadius);
   const double length = std::hypot(half.x, half.y);
-  if (!std::isfinite(length) || length == 0.0) return outline.LineTo(to);
+  // So far from its centre, a short way cannot be told from a line, and rounding would turn it into
+  // the whole ellipse.
+  constexpr double kFlat = 1e-9;
+  const bool isFlat = length < kFlat && !arc.isLarge;
+  if (!std::isfinite(length) || length == 0.0 || isFlat) return outline.LineTo(to);
   if (length > 1.0) {
     xRadius *= length;
     yRadius *= length;
@@ -69,9 +73,9 @@ void AddArc(const SvgArc& arc, const Vec2d& from, const Vec2d& to, SvgOutline& o
   const Vec2d center(half.y * side, -half.x * side);
 
   const double start = std::atan2(half.y - center.y, half.x - center.x);
-  double sweep = std::atan2(-half.y - center.y, -half.x - center.x) - start;
-  if (arc.isSweep && sweep <= 0.0) sweep += 2 * std::numbers::pi;
-  if (!arc.isSweep && sweep >= 0.0) sweep -= 2 * std::numbers::pi;
+  const double shortWay = 2 * std::atan2(1.0, toCenter);
+  const double way = arc.isLarge ? 2 * std::numbers::pi - shortWay : shortWay;
+  const double sweep = arc.isSweep ? way : -way;
 
   Ellipse ellipse;
   ellipse.xAxis = axis * xRadius;

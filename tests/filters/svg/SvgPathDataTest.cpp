@@ -168,6 +168,15 @@ TEST(SvgPathData, DrawsArcsWithoutRadiusAsLines) {
   EXPECT_EQ(Lines("M0 0A5 0 0 0 1 7 7"), "0 0, 7 7");
 }
 
+TEST(SvgPathData, DrawsShortWaysAroundDistantCentresAsLines) {
+  for (const char* radius : {"1e12", "1e17", "1e18", "1e200"}) {
+    for (const char* flags : {"0 0", "0 1"}) {
+      const std::string arc = std::string("A") + radius + " " + radius + " 0 " + flags + " 90 80";
+      EXPECT_EQ(Lines(("M10 80" + arc).c_str()), "10 80, 90 80") << arc;
+    }
+  }
+}
+
 TEST(SvgPathData, LeavesOutArcsBetweenEqualPoints) {
   EXPECT_EQ(Lines("M0 0A5 5 0 0 1 0 0L1 1"), "0 0, 1 1");
 }

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <numbers>
 #include <vector>
 
 #include "SvgColorNames.h"
@@ -41,6 +42,15 @@ struct Argument {
   bool isPercentage = false;
 };
 
+// How many degrees the unit of an angle has.
+std::optional<double> DegreesIn(std::string_view unit) {
+  if (unit.empty() || EqualsIgnoringCase(unit, "deg")) return 1.0;
+  if (EqualsIgnoringCase(unit, "grad")) return 360.0 / 400.0;
+  if (EqualsIgnoringCase(unit, "rad")) return 180.0 / std::numbers::pi;
+  if (EqualsIgnoringCase(unit, "turn")) return 360.0;
+  return {};
+}
+
 // Behind the parenthesis, to its end: numbers and percentages between commas, spaces or a slash.
 std::optional<std::vector<Argument>> ReadArguments(SvgScanner& scanner) {
   std::vector<Argument> arguments;
@@ -49,7 +59,11 @@ std::optional<std::vector<Argument>> ReadArguments(SvgScanner& scanner) {
   while (scanner.ReadNumber(argument.number)) {
     if (!std::isfinite(argument.number)) return {};
     argument.isPercentage = scanner.Skip('%');
-    if (!argument.isPercentage) scanner.ReadName();  // the unit of an angle: "deg"
+    if (!argument.isPercentage) {
+      const auto degrees = DegreesIn(scanner.ReadName());
+      if (!degrees) return {};
+      argument.number *= *degrees;
+    }
     arguments.push_back(argument);
     if (!scanner.SkipComma() && scanner.Skip('/')) scanner.SkipSpace();
   }

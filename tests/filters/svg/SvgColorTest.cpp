@@ -33,6 +33,9 @@ TEST(SvgColor, ReadsEveryNotation) {
       {"hsl(0, 100%, 50%)", {255, 0, 0, 255}},
       {"hsl(120, 100%, 25%)", {0, 128, 0, 255}},
       {"hsl(-120deg, 100%, 50%)", {0, 0, 255, 255}},
+      {"hsl(0.5turn, 100%, 50%)", {0, 255, 255, 255}},
+      {"hsl(400grad 100% 50% / 0.5)", {255, 0, 0, 128}},
+      {"hsl(4.1887902rad, 100%, 50%)", {0, 0, 255, 255}},
       {"hsla(60, 100%, 50%, 0)", {255, 255, 0, 0}},
       {"hsl(0, 0%, 50%)", {128, 128, 128, 255}},
   };
@@ -43,7 +46,7 @@ TEST(SvgColor, RefusesWhatIsNoColour) {
   for (const char* text :
        {"", "#", "#12", "#12345", "#1234567", "#ggg", "#+12", "blackish", "none", "rgb(1,2)",
         "rgb(1,2,3,4,5)", "rgb(1,2,3", "rgb 1,2,3", "rgb()", "rgb(a,b,c)", "cmyk(1,2,3,4)",
-        "rgb(1e999,0,0)", "averylongnamethatisnocolouratall"}) {
+        "rgb(1e999,0,0)", "hsl(1mm,100%,50%)", "averylongnamethatisnocolouratall"}) {
     EXPECT_FALSE(ParseColor(text)) << text;
   }
 }

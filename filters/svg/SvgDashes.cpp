@@ -75,11 +75,10 @@ class Cutter {
   void CutPiece(const Vec2d& from, const Vec2d& to) {
     const double length = Length(from, to);
     if (!(length > 0.0)) return;
-    const Vec2d unit = (to - from) * (1.0 / length);
     double done = 0.0;
     while (length - done > pattern_.Rest()) {
       done += pattern_.Rest();
-      const Vec2d here = from + unit * done;
+      const Vec2d here = from + (to - from) * (done / length);
       const bool wasDash = pattern_.IsDash();
       pattern_.Next();
       // Without a gap one dash goes on as the next.
@@ -100,9 +99,11 @@ class Cutter {
 
   void AddPoint(const Vec2d& point, const Vec2d& direction) {
     const bool isDot = dash_.size() == 1 && dash_.front() == point;
-    const double size = std::hypot(direction.x, direction.y);
-    if (isDot || dash_.back() != point) {
-      dash_.push_back(isDot ? point + direction * (kDotLength / size) : point);
+    if (isDot) {
+      const double size = std::hypot(direction.x, direction.y);
+      dash_.push_back(point + Vec2d(direction.x / size, direction.y / size) * kDotLength);
+    } else if (dash_.back() != point) {
+      dash_.push_back(point);
     }
   }
 

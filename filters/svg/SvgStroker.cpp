@@ -23,7 +23,8 @@ double Cross(const Vec2d& a, const Vec2d& b) { return a.x * b.y - a.y * b.x; }
 
 Vec2d Direction(const Vec2d& from, const Vec2d& to) {
   const Vec2d way = to - from;
-  return way * (1.0 / std::hypot(way.x, way.y));
+  const double length = std::hypot(way.x, way.y);
+  return {way.x / length, way.y / length};  // 1 / length may be infinite
 }
 
 // Makes one ring for each piece of the line and one for each join and cap, all turning one way:
@@ -94,7 +95,7 @@ class Stroker {
 
   void AddCircle(const Vec2d& center) {
     const double most = std::acos(1.0 - std::min(1.0, kTolerance / radius_));
-    const int count = std::clamp(static_cast<int>(std::ceil(std::numbers::pi / most)), 8, 1024);
+    const int count = static_cast<int>(std::clamp(std::ceil(std::numbers::pi / most), 8.0, 1024.0));
     Line ring;
     for (int i = 0; i < count; ++i) {
       const double angle = 2 * std::numbers::pi * i / count;

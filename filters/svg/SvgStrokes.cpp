@@ -52,23 +52,25 @@ Line FromMiddle(const Line& line) {
 }
 
 // By which factor the author's idea of the length of a path differs from its length.
-double DashScale(const pugi::xml_node& node, const FlatLine& line, const SvgContext& context) {
+double DashScale(const pugi::xml_node& node, const std::vector<FlatLine>& lines,
+                 const SvgContext& context) {
   const auto claimed = ParseSvgNumber(Attribute(node, "pathLength"));
   if (!claimed || !(*claimed > 0.0)) return 1.0;
   const Mat3d inverse = Inverted(context.map);
   double length = 0.0;
-  for (std::size_t i = 1; i < line.points.size(); ++i) {
-    const Vec2d way = Mapped(line.points[i], inverse) - Mapped(line.points[i - 1], inverse);
-    length += std::hypot(way.x, way.y);
+  for (const FlatLine& line : lines) {
+    for (std::size_t i = 1; i < line.points.size(); ++i) {
+      const Vec2d way = Mapped(line.points[i], inverse) - Mapped(line.points[i - 1], inverse);
+      length += std::hypot(way.x, way.y);
+    }
   }
   return length / *claimed;
 }
 
 // False where there would be too many dashes.
-bool AppendDashes(const pugi::xml_node& node, const SvgContext& context, const FlatLine& line,
+bool AppendDashes(const SvgContext& context, double scale, const FlatLine& line,
                   std::vector<Line>& drawn) {
   SvgDashes dashes{context.style.dashes, context.style.dashOffset};
-  const double scale = DashScale(node, line, context);
   if (!(scale > 0.0)) return true;
   for (double& length : dashes.lengths) length *= scale;
   dashes.offset *= scale;
@@ -121,13 +123,15 @@ std::vector<Line> StrokeLines(const pugi::xml_node& node, const SvgContext& cont
                               const std::vector<FlatLine>& lines, const tarnis::Polygon2& region,
                               SvgRemarks& remarks) {
   std::vector<Line> drawn;
+  const bool isDashed = !context.style.dashes.empty();
+  const double dashScale = isDashed ? DashScale(node, lines, context) : 1.0;
   for (const FlatLine& line : lines) {
     if (line.points.size() < 2) {
       AppendDot(context, line.points.front(), drawn);
       continue;
     }
-    if (!context.style.dashes.empty()) {
-      if (AppendDashes(node, context, line, drawn)) continue;
+    if (isDashed) {
+      if (AppendDashes(context, dashScale, line, drawn)) continue;
       remarks.Add("lines of very many dashes are drawn without", node);
     }
     drawn.push_back(line.isClosed && MayBeCut(line.points, 0.0, region) ? FromMiddle(line.points)

@@ -99,6 +99,19 @@ TEST(SvgDashes, MakesDotsOfDashesWithoutLength) {
   EXPECT_EQ(cut->at(0), (Line{{0, 3}, {0, 3 + kDotLength}}));
 }
 
+TEST(SvgDashes, CutsTheShortestLines) {
+  constexpr double kShort = 1e-320;  // its reciprocal is no number
+  const auto dashes =
+      CutIntoDashes({{{0, 0}, {kShort, 0}}, false}, {{kShort / 4, kShort / 2}, 0}, Mat3d(), 10);
+  ASSERT_TRUE(dashes);
+  ASSERT_EQ(dashes->size(), 2U);
+  EXPECT_EQ(dashes->front().back(), Vec2d(kShort / 4, 0));
+  const auto dots =
+      CutIntoDashes({{{0, 0}, {kShort, 0}}, false}, {{0, kShort / 2}, 0}, Mat3d(), 10);
+  ASSERT_TRUE(dots);
+  EXPECT_EQ(dots->front(), (Line{{0, 0}, {kDotLength, 0}}));
+}
+
 TEST(SvgDashes, MeasuresInUserUnits) {
   const Mat3d wide(10, 0, 0, 1, 0, 0);
   const auto cut = CutIntoDashes({{{0, 0}, {20, 0}, {20, 2}}, false}, {{1, 1}, 0}, wide, 100);
@@ -142,6 +155,19 @@ TEST(SvgStroker, RoundsCapsAndJoins) {
               1000 + round, 10);
   EXPECT_NEAR(AreaOfRings(StrokedArea({{0, 0}, {50, 0}, {50, 50}}, {{}, 20, "butt", "round", 4})),
               2000 - 100 + round / 4, 10);
+}
+
+TEST(SvgStroker, RoundsPensBeyondAllMeasure) {
+  const double radius = 1e17;
+  const double area =
+      AreaOfRings(StrokedArea({{0, 0}, {50, 0}}, {{}, 2 * radius, "round", "miter", 4}));
+  EXPECT_NEAR(area / (radius * radius), std::acos(-1.0), 1e-3);
+}
+
+TEST(SvgStroker, KeepsTheDirectionOfTheShortestLines) {
+  constexpr double kShort = 1e-320;  // its reciprocal is no number
+  const SvgStroke stroke = {{}, 2, "square", "miter", 4};
+  EXPECT_NEAR(AreaOfRings(StrokedArea({{0, 0}, {kShort, 0}}, stroke)), 4, 1e-9);
 }
 
 TEST(SvgStroker, CoversNothingWithoutLength) {

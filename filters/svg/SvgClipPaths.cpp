@@ -25,6 +25,11 @@ std::optional<Polygon2> SvgClipPaths::RegionFor(const std::string& id, const pug
     remarks_.Add("a reference to a clip path that is not there is ignored", node);
     return {};
   }
+  const bool isText = ElementName(node) == "text";
+  if (isText && Attribute(clipPath, "clipPathUnits") == "objectBoundingBox") {
+    remarks_.Add("texts are not clipped to parts of their boxes, which only fonts tell", node);
+    return {};
+  }
   const SvgGuard::Visit visit(guard_, clipPath);
   if (!visit) return {};
   return RegionOf(clipPath, node, context);

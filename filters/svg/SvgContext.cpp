@@ -129,6 +129,8 @@ std::vector<pugi::xml_node> Drawn(const pugi::xml_node& node, const SvgDocument&
     const std::string_view name = ElementName(child);
     // A symbol is drawn where it is used only.
     if (name.empty() || name == "symbol" || !MeetsConditions(child)) continue;
+    // Programs write what follows it for readers that cannot draw it.
+    if (isSwitch && name == "foreignObject") continue;
     drawn.push_back(child);
     if (isSwitch) break;
   }

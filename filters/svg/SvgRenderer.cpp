@@ -263,6 +263,7 @@ void SvgRenderer::DrawTexts(const pugi::xml_node& node, const SvgContext& contex
   if (Determinant(context.map) == 0.0) return;
   for (const SvgTextRun& run : LayOutText(node, context, document_, guard_, remarks_)) {
     const SvgContext& place = *run.context;
+    if (!place.style.isVisible) continue;  // it only takes its room
     const auto fill = FillColor(run.node, place, document_, remarks_);
     const auto line = StrokeColor(run.node, place, document_, remarks_);
     if ((!fill && !line) || Determinant(place.map) == 0.0) continue;

@@ -47,7 +47,7 @@ class Layout {
     NoteOmissions(node);
     for (const pugi::xml_node& child : node.children()) {
       const bool isText = child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata;
-      if (isText && context.style.isVisible) {
+      if (isText) {
         AddText(corvel::WideFromUtf8(child.value()), node, place);
       } else if (!isText) {
         AddChild(child, context);

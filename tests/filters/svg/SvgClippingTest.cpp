@@ -5,6 +5,7 @@ namespace trovan::filters {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 class SvgClipping : public SvgTest {
@@ -93,6 +94,14 @@ TEST_F(SvgClipping, LeavesNothingWhereTheClipPathIsEmpty) {
                     "<rect width='9' height='9' display='none'/></clipPath>"
                     "<g clip-path='url(#c)'><path d='M0 0h9' stroke='red'/><circle r='5'/></g>"),
               IsEmpty());
+}
+
+TEST_F(SvgClipping, KeepsTextsWhoseBoxIsNotKnown) {
+  const std::string clipPath =
+      "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='1' height='1'/></clipPath>";
+  EXPECT_THAT(Drawn(clipPath + "<text x='5' y='5' clip-path='url(#c)'>a</text>"),
+              ElementsAre(testing::StartsWith("TrText")));
+  EXPECT_THAT(Remarks(), ElementsAre(HasSubstr("texts are not clipped to parts of their boxes")));
 }
 
 TEST_F(SvgClipping, IgnoresReferencesToNothing) {

@@ -162,6 +162,12 @@ TEST_F(SvgShapes, MeasuresDashesInTheLengthThatThePathClaims) {
               ElementsAre("TrPolyline 0 0 0, 4 0 0"));
 }
 
+TEST_F(SvgShapes, TakesTheClaimedLengthForThatOfAllLinesOfThePath) {
+  EXPECT_THAT(
+      Drawn("<path d='M0 0h10M0 5h30' pathLength='4' stroke='red' stroke-dasharray='2 9'/>"),
+      ElementsAre("TrPolyline 0 0 0, 10 0 0", "TrPolyline 0 -5 0, 20 -5 0"));
+}
+
 TEST_F(SvgShapes, DrawsLinesOfVeryManyDashesWithout) {
   EXPECT_THAT(Drawn("<path d='M0 0h10' stroke='red' stroke-dasharray='0.00001'/>"),
               ElementsAre("TrPolyline 0 0 0, 10 0 0"));
@@ -215,6 +221,12 @@ TEST_F(SvgShapes, DrawsTheFirstFittingChildOfASwitch) {
                     "<rect width='3' height='3' systemLanguage='de, en-US'/>"
                     "<rect width='4' height='4'/></switch>"),
               ElementsAre("TrRectangle 0 -3, 3 0, 0 0"));
+}
+
+TEST_F(SvgShapes, DrawsWhatASwitchOffersInsteadOfForeignObjects) {
+  EXPECT_THAT(Drawn("<switch><foreignObject width='1' height='1'/><rect width='2' height='2'/>"
+                    "</switch>"),
+              ElementsAre("TrRectangle 0 -2, 2 0, 0 0"));
 }
 
 TEST_F(SvgShapes, FollowsPrefixesOfTheNamespace) {

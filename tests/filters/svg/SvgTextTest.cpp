@@ -110,5 +110,12 @@ TEST_F(SvgText, RemarksWhatTextsLose) {
                           "Line 2: texts along paths are left out"));
 }
 
+TEST_F(SvgText, LeavesTheRoomOfHiddenLetters) {
+  const Texts shown = Runs("<text x='10' y='20'>a<tspan>bbb</tspan>c</text>");
+  ASSERT_EQ(shown.size(), 3U);
+  EXPECT_THAT(Runs("<text x='10' y='20'>a<tspan visibility='hidden'>bbb</tspan>c</text>"),
+              ElementsAre(shown[0], shown[2]));
+}
+
 }  // namespace
 }  // namespace trovan::filters

@@ -33,6 +33,30 @@ void AppendPaint(std::string& style, const std::string& what, Color4b color) {
   style += '"';
 }
 
+// Whether words are names of CSS ("Syntax and basic data types", section 4.1.3), as far as faces of
+// plain letters need it.
+bool IsPlainName(const std::wstring& face) {
+  bool isStart = true;
+  for (const wchar_t c : face) {
+    const bool isLetter = (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || c >= 0x80;
+    const bool isOther = (c >= L'0' && c <= L'9') || c == L'-' || c == L'_' || c == L' ';
+    if (!isLetter && (isStart || !isOther)) return false;
+    isStart = c == L' ';
+  }
+  return !isStart;
+}
+
+// As CSS has it: other faces than plain names stand in quotes.
+std::wstring FamilyOf(const std::wstring& face) {
+  if (IsPlainName(face)) return face;
+  std::wstring quoted = L"'";
+  for (const wchar_t c : face) {
+    if (c == L'\'' || c == L'\\') quoted += L'\\';
+    quoted += c;
+  }
+  return quoted + L'\'';
+}
+
 // `usual` is what SVG takes without the attribute.
 void AppendParam(std::string& style, const quillon::TrPen& pen, const wchar_t* key,
                  const char* attribute, const wchar_t* usual) {
@@ -66,7 +90,7 @@ void SvgStyle::AppendStroke(std::string& style) const {
 void SvgStyle::AppendFont(std::string& style) const {
   if (!font_.FaceName().empty()) {
     style += " font-family=\"";
-    AppendXmlText(style, font_.FaceName());
+    AppendXmlText(style, FamilyOf(font_.FaceName()));
     style += '"';
   }
   style += " font-size=\"";

@@ -262,10 +262,34 @@ TEST_F(SvgWriterTest, WritesTexts) {
   Add(text);
   EXPECT_EQ(
       Body(),
-      "<text fill=\"#000\" font-family=\"Deja &quot;Vu&quot;\" font-size=\"9\" "
+      "<text fill=\"#000\" font-family=\"'Deja &quot;Vu&quot;'\" font-size=\"9\" "
       "font-weight=\"700\" font-style=\"italic\" "
       "text-decoration=\"underline line-through\" x=\"10\" y=\"-20\" "
       "text-anchor=\"middle\" dominant-baseline=\"text-before-edge\">A &lt; B &amp; C</text>\n");
+}
+
+TEST_F(SvgWriterTest, FacesThatAreNoPlainNamesStandInQuotes) {
+  const struct {
+    const wchar_t* face;
+    const char* family;
+  } cases[] = {
+      {L"Times New Roman", "Times New Roman"},
+      {L"sans-serif", "sans-serif"},
+      {L"Caf\u00e9_2", "Caf\u00e9_2"},
+      {L"Exo 2", "'Exo 2'"},
+      {L"3of9", "'3of9'"},
+      {L"A, B", "'A, B'"},
+      {L"Tom's \\", "'Tom\\'s \\\\'"},
+      {L" ", "' '"},
+  };
+  for (const auto& c : cases) {
+    Add(TrFont(c.face));
+    Add(TrText(L"a"));
+  }
+  const std::string body = Body();
+  for (const auto& c : cases) {
+    EXPECT_THAT(body, HasSubstr(std::string(" font-family=\"") + c.family + "\" "));
+  }
 }
 
 TEST_F(SvgWriterTest, TextsKeepTheirBlanksAndOutlines) {

@@ -91,10 +91,11 @@ Polygon2 United(const std::vector<Polygon2>& areas) {
                               tarnis::FillRule::kNonZero);
 }
 
-bool IsFinite(const std::vector<FlatLine>& lines) {
+bool IsInBounds(const std::vector<FlatLine>& lines) {
+  constexpr double kFarthest = 1e150;
   return std::all_of(lines.begin(), lines.end(), [](const FlatLine& line) {
     return std::all_of(line.points.begin(), line.points.end(), [](const Vec2d& point) {
-      return std::isfinite(point.x) && std::isfinite(point.y);
+      return std::fabs(point.x) < kFarthest && std::fabs(point.y) < kFarthest;
     });
   });
 }

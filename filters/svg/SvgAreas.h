@@ -22,6 +22,7 @@ tarnis::Polygon2 United(const std::vector<tarnis::Polygon2>& areas);
 // every rule.
 bool IsConvex(const corvel::Vec2d* ring, std::size_t count);
 
-bool IsFinite(const std::vector<FlatLine>& lines);
+// Whether the lines lie so near that products of their coordinates are finite.
+bool IsInBounds(const std::vector<FlatLine>& lines);
 
 }  // namespace trovan::filters

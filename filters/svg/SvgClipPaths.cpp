@@ -87,7 +87,7 @@ Polygon2 SvgClipPaths::ShapeRegion(const pugi::xml_node& shape, const SvgContext
   }
   if (!context->style.isVisible) return {};
   const auto lines = MakeShape(shape, context->basis)->outline.Flatten(context->map);
-  if (!IsFinite(lines)) return {};
+  if (!IsInBounds(lines)) return {};
   const auto rule =
       context->style.clipsEvenOdd ? tarnis::FillRule::kEvenOdd : tarnis::FillRule::kNonZero;
   return Clipped(AreaOf(lines, rule), shape, *context);

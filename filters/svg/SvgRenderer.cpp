@@ -165,7 +165,7 @@ void SvgRenderer::DrawShape(const pugi::xml_node& node, const SvgShape& shape,
     return;
   }
   const auto lines = shape.outline.Flatten(context.map);
-  if (!IsFinite(lines)) {
+  if (!IsInBounds(lines)) {
     remarks_.Add("what lies beyond all bounds is left out", node);
     return;
   }
@@ -245,7 +245,7 @@ void SvgRenderer::DrawImage(const pugi::xml_node& node, const SvgContext& contex
   const ImagePlace place = PlaceImage(node, context.basis, pixels);
   quillon::TrImage image = MakeImage(*picture, context.opacity, place.picture, context.map);
   const std::vector<FlatLine> outline = {{CornersOf(image), false}};
-  if (!IsFinite(outline)) {
+  if (!IsInBounds(outline)) {
     remarks_.Add("what lies beyond all bounds is left out", node);
     return;
   }

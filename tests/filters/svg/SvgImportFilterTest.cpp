@@ -188,6 +188,17 @@ TEST_F(SvgImport, LeavesOutWhatIsNotFinite) {
   EXPECT_THAT(Remarks(), testing::Not(IsEmpty()));
 }
 
+TEST_F(SvgImport, LeavesOutWhatIsTooFarAwayToBeClipped) {
+  for (const char* path :
+       {"M0 0H1e300V1e300L5 9z", "M4 565v236t-1e300 1e300c319 494 1 855 1 406"}) {
+    EXPECT_THAT(Drawn("<clipPath id='c'><rect width='9' height='9'/></clipPath><path stroke='red' "
+                      "clip-path='url(#c)' d='" +
+                      std::string(path) + "'/>"),
+                IsEmpty());
+    EXPECT_THAT(Remarks(), testing::Contains("Line 2: what lies beyond all bounds is left out"));
+  }
+}
+
 TEST_F(SvgImport, StaysInOrderAfterAFault) {
   EXPECT_THROW(ImportDocument("<svg><g></svg>"), FilterError);
   EXPECT_THAT(Drawn("<rect width='1' height='1'/>"), ElementsAre("TrRectangle 0 -1, 1 0, 0 0"));

@@ -92,7 +92,6 @@ Polygon2 United(const std::vector<Polygon2>& areas) {
 }
 
 bool IsInBounds(const std::vector<FlatLine>& lines) {
-  constexpr double kFarthest = 1e150;
   return std::all_of(lines.begin(), lines.end(), [](const FlatLine& line) {
     return std::all_of(line.points.begin(), line.points.end(), [](const Vec2d& point) {
       return std::fabs(point.x) < kFarthest && std::fabs(point.y) < kFarthest;

@@ -22,7 +22,10 @@ tarnis::Polygon2 United(const std::vector<tarnis::Polygon2>& areas);
 // every rule.
 bool IsConvex(const corvel::Vec2d* ring, std::size_t count);
 
-// Whether the lines lie so near that products of their coordinates are finite.
+// Products of two lengths below this are finite.
+constexpr double kFarthest = 1e150;
+
+// Whether all points of the lines lie nearer than that to both axes.
 bool IsInBounds(const std::vector<FlatLine>& lines);
 
 }  // namespace trovan::filters

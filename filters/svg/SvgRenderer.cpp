@@ -183,7 +183,10 @@ void SvgRenderer::DrawShape(const pugi::xml_node& node, const SvgShape& shape,
 void SvgRenderer::DrawLines(const pugi::xml_node& node, const std::vector<FlatLine>& lines,
                             const SvgContext& context, const Color4b& color) {
   const SvgStroke stroke = StrokeOf(node, context, color, remarks_);
-  if (!std::isfinite(stroke.width)) return;
+  if (!(stroke.width < kFarthest)) {
+    remarks_.Add("what lies beyond all bounds is left out", node);
+    return;
+  }
   const SvgClipStack& clips = painter_.Clips();
   const auto drawn = StrokeLines(node, context, lines, clips.Region(), remarks_);
   guard_.CountLines(drawn.size(), node);

@@ -199,6 +199,13 @@ TEST_F(SvgImport, LeavesOutWhatIsTooFarAwayToBeClipped) {
   }
 }
 
+TEST_F(SvgImport, LeavesOutLinesThatAreTooWideToBeClipped) {
+  EXPECT_THAT(Drawn("<clipPath id='c'/><ellipse rx='246' ry='9' fill='none' stroke='red' "
+                    "stroke-width='1e300' clip-path='url(#c)'/>"),
+              IsEmpty());
+  EXPECT_THAT(Remarks(), ElementsAre("Line 2: what lies beyond all bounds is left out"));
+}
+
 TEST_F(SvgImport, StaysInOrderAfterAFault) {
   EXPECT_THROW(ImportDocument("<svg><g></svg>"), FilterError);
   EXPECT_THAT(Drawn("<rect width='1' height='1'/>"), ElementsAre("TrRectangle 0 -1, 1 0, 0 0"));

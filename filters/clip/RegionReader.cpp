@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -69,9 +70,16 @@ Polygon2 BoxRegion(const std::array<double, 4>& box) {
   return {{{xMin, yMin}, {xMax, yMin}, {xMax, yMax}, {xMin, yMax}}, {4}};
 }
 
+// Some editors put a byte order mark in front of texts.
+std::string_view WithoutMark(std::string_view text) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  if (text.starts_with(kMark)) text.remove_prefix(kMark.size());
+  return text;
+}
+
 bool StartsAsText(const std::wstring& path) {
   const std::vector<char> start = ReadCharsAtBeginningOfFile(path, kStartOfText);
-  return LooksLikeWktPolygon({start.data(), start.size()});
+  return LooksLikeWktPolygon(WithoutMark({start.data(), start.size()}));
 }
 
 Polygon2 TextFileRegion(const std::wstring& path) {
@@ -81,7 +89,7 @@ Polygon2 TextFileRegion(const std::wstring& path) {
   if (length > kLongestText) throw FilterError("a region as text may have 64 MiB at most");
   std::string text(static_cast<std::size_t>(length), '\0');
   text.resize(file.Read(text.data(), text.size()));
-  return Unite(ParseWktPolygon(text));
+  return Unite(ParseWktPolygon(WithoutMark(text)));
 }
 
 Polygon2 FirstPolygon(const std::wstring& path) {
@@ -89,6 +97,11 @@ Polygon2 FirstPolygon(const std::wstring& path) {
   ShapeRecord record;
   while (file.Read(record)) {
     Shape shape = DecodeShape(record.content);
+    // It may have been the first polygon; the next one is another region.
+    if (!shape.fault.empty()) {
+      throw FilterError("record " + std::to_string(std::uint64_t{record.index} + 1) + " at byte " +
+                        std::to_string(record.offset) + ": " + shape.fault);
+    }
     if (shape.geometry.kind != Geometry::Kind::kArea || shape.geometry.points.empty()) continue;
     std::vector<Vec2d> points;
     for (const corvel::Vec3d& point : shape.geometry.points) points.emplace_back(point.x, point.y);
@@ -120,6 +133,10 @@ Polygon2 FileRegion(const std::wstring& path, corvel::IProgress* progress) {
   }
   if (StartsAsText(path)) return TextFileRegion(path);
   if (IsShapefile(path)) return FirstPolygon(path);
+  if (!IsDrawing(path)) {
+    throw FilterError(
+        "this is neither a drawing (SVG, GeoJSON, a shapefile) nor a POLYGON as well-known text");
+  }
   return DrawingRegion(path, progress);
 }
 

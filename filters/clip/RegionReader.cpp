@@ -12,12 +12,12 @@
 #include <corvel/BufferedFile.h>
 #include <corvel/Path.h>
 #include <corvel/Text.h>
-#include <tarnis/FillRule.h>
 
 #include <trovan/TextHelpers.h>
 
 #include "filters/clip/AreaCollector.h"
 #include "filters/clip/DrawingFormats.h"
+#include "filters/clip/RegionArea.h"
 #include "filters/geometry/ShapeFile.h"
 #include "filters/geometry/ShapeGeometry.h"
 #include "filters/geometry/ShapeImportFilter.h"
@@ -138,10 +138,6 @@ Polygon2 FileRegion(const std::wstring& path, corvel::IProgress* progress) {
         "this is neither a drawing (SVG, GeoJSON, a shapefile) nor a POLYGON as well-known text");
   }
   return DrawingRegion(path, progress);
-}
-
-bool HasArea(const Polygon2& region) {
-  return !ResolveRings(region, tarnis::FillRule::kEvenOdd).Points().empty();
 }
 
 }  // namespace

@@ -115,16 +115,17 @@ bool IsShapefile(const std::wstring& path) {
   return ShapeImportFilter(nobody).CanImport(path);
 }
 
-Polygon2 DrawingRegion(const std::wstring& path, corvel::IProgress* progress) {
+Polygon2 DrawingRegion(const std::wstring& path, corvel::IProgress* progress, Problems* remarks) {
   AreaCollector collector;
   const auto drawing = OpenDrawing(path, {}, collector);
   drawing->Filter().SetProgress(progress);
   drawing->Import();
+  if (remarks != nullptr) *remarks = drawing->Filter().Remarks();
   if (collector.IsEmpty()) throw FilterError("it holds no filled area");
   return drawing->ToFile(collector.Region());
 }
 
-Polygon2 FileRegion(const std::wstring& path, corvel::IProgress* progress) {
+Polygon2 FileRegion(const std::wstring& path, corvel::IProgress* progress, Problems* remarks) {
   RequireFile(path);
   if (!corvel::FileExists(path)) {
     throw FilterError(
@@ -137,18 +138,18 @@ Polygon2 FileRegion(const std::wstring& path, corvel::IProgress* progress) {
     throw FilterError(
         "this is neither a drawing (SVG, GeoJSON, a shapefile) nor a POLYGON as well-known text");
   }
-  return DrawingRegion(path, progress);
+  return DrawingRegion(path, progress, remarks);
 }
 
 }  // namespace
 
-Polygon2 ReadRegion(const std::wstring& argument, corvel::IProgress* progress) {
+Polygon2 ReadRegion(const std::wstring& argument, corvel::IProgress* progress, Problems* remarks) {
   const std::string text = corvel::Utf8FromWide(argument);
   if (const auto box = FourNumbers(text)) return BoxRegion(*box);
   const bool isText = LooksLikeWktPolygon(text) && !corvel::FileExists(argument);
   Polygon2 region;
   try {
-    region = isText ? Unite(ParseWktPolygon(text)) : FileRegion(argument, progress);
+    region = isText ? Unite(ParseWktPolygon(text)) : FileRegion(argument, progress, remarks);
     if (!HasArea(region)) throw FilterError("it has no area");
   } catch (const FilterError& error) {
     throw FilterError("the region" + (isText ? std::string() : " " + text) + ": " + error.what());

@@ -156,6 +156,14 @@ TEST_F(RegionReaderTest, TellsWhatIsWrong) {
               HasSubstr("should have 198 bytes"));
 }
 
+TEST_F(RegionReaderTest, RemarksWhatItCannotTakeOverOfADrawing) {
+  Problems remarks;
+  ReadRegion(Save("r.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 9 9">)"
+                           R"(<path d="M0 0h9v9h-9z M1 1 q"/></svg>)"),
+             nullptr, &remarks);
+  EXPECT_THAT(remarks.First(), ElementsAre(HasSubstr("a path is drawn up to the fault")));
+}
+
 class Stop : public corvel::IProgress {
  public:
   bool Update(double) override { return false; }

@@ -139,6 +139,8 @@ const Format* FindFormat(const std::wstring& path) {
 
 }  // namespace
 
+bool IsDrawing(const std::wstring& path) { return FindFormat(path) != nullptr; }
+
 std::unique_ptr<Drawing> OpenDrawing(const std::wstring& path, const DrawingOptions& options,
                                      quillon::IoManager& manager) {
   RequireFile(path);

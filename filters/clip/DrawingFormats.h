@@ -44,6 +44,9 @@ class Drawing {
   virtual corvel::Box2d Extent() = 0;
 };
 
+// Whether the name of the file, or else its content, is that of a format that can be read.
+bool IsDrawing(const std::wstring& path);
+
 // Opens a drawing whose format its name tells, or else its content. `manager` is borrowed.
 //
 // Raises FilterError when the file is missing, or in none of the formats.

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -11,12 +12,12 @@
 #include <corvel/BufferedFile.h>
 #include <corvel/Path.h>
 #include <corvel/Text.h>
-#include <tarnis/FillRule.h>
 
 #include <trovan/TextHelpers.h>
 
 #include "filters/clip/AreaCollector.h"
 #include "filters/clip/DrawingFormats.h"
+#include "filters/clip/RegionArea.h"
 #include "filters/geometry/ShapeFile.h"
 #include "filters/geometry/ShapeGeometry.h"
 #include "filters/geometry/ShapeImportFilter.h"
@@ -69,9 +70,16 @@ Polygon2 BoxRegion(const std::array<double, 4>& box) {
   return {{{xMin, yMin}, {xMax, yMin}, {xMax, yMax}, {xMin, yMax}}, {4}};
 }
 
+// Some editors put a byte order mark in front of texts.
+std::string_view WithoutMark(std::string_view text) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  if (text.starts_with(kMark)) text.remove_prefix(kMark.size());
+  return text;
+}
+
 bool StartsAsText(const std::wstring& path) {
   const std::vector<char> start = ReadCharsAtBeginningOfFile(path, kStartOfText);
-  return LooksLikeWktPolygon({start.data(), start.size()});
+  return LooksLikeWktPolygon(WithoutMark({start.data(), start.size()}));
 }
 
 Polygon2 TextFileRegion(const std::wstring& path) {
@@ -81,7 +89,7 @@ Polygon2 TextFileRegion(const std::wstring& path) {
   if (length > kLongestText) throw FilterError("a region as text may have 64 MiB at most");
   std::string text(static_cast<std::size_t>(length), '\0');
   text.resize(file.Read(text.data(), text.size()));
-  return Unite(ParseWktPolygon(text));
+  return Unite(ParseWktPolygon(WithoutMark(text)));
 }
 
 Polygon2 FirstPolygon(const std::wstring& path) {
@@ -89,6 +97,11 @@ Polygon2 FirstPolygon(const std::wstring& path) {
   ShapeRecord record;
   while (file.Read(record)) {
     Shape shape = DecodeShape(record.content);
+    // It may have been the first polygon; the next one is another region.
+    if (!shape.fault.empty()) {
+      throw FilterError("record " + std::to_string(std::uint64_t{record.index} + 1) + " at byte " +
+                        std::to_string(record.offset) + ": " + shape.fault);
+    }
     if (shape.geometry.kind != Geometry::Kind::kArea || shape.geometry.points.empty()) continue;
     std::vector<Vec2d> points;
     for (const corvel::Vec3d& point : shape.geometry.points) points.emplace_back(point.x, point.y);
@@ -102,16 +115,17 @@ bool IsShapefile(const std::wstring& path) {
   return ShapeImportFilter(nobody).CanImport(path);
 }
 
-Polygon2 DrawingRegion(const std::wstring& path, corvel::IProgress* progress) {
+Polygon2 DrawingRegion(const std::wstring& path, corvel::IProgress* progress, Problems* remarks) {
   AreaCollector collector;
   const auto drawing = OpenDrawing(path, {}, collector);
   drawing->Filter().SetProgress(progress);
   drawing->Import();
+  if (remarks != nullptr) *remarks = drawing->Filter().Remarks();
   if (collector.IsEmpty()) throw FilterError("it holds no filled area");
   return drawing->ToFile(collector.Region());
 }
 
-Polygon2 FileRegion(const std::wstring& path, corvel::IProgress* progress) {
+Polygon2 FileRegion(const std::wstring& path, corvel::IProgress* progress, Problems* remarks) {
   RequireFile(path);
   if (!corvel::FileExists(path)) {
     throw FilterError(
@@ -120,22 +134,22 @@ Polygon2 FileRegion(const std::wstring& path, corvel::IProgress* progress) {
   }
   if (StartsAsText(path)) return TextFileRegion(path);
   if (IsShapefile(path)) return FirstPolygon(path);
-  return DrawingRegion(path, progress);
-}
-
-bool HasArea(const Polygon2& region) {
-  return !ResolveRings(region, tarnis::FillRule::kEvenOdd).Points().empty();
+  if (!IsDrawing(path)) {
+    throw FilterError(
+        "this is neither a drawing (SVG, GeoJSON, a shapefile) nor a POLYGON as well-known text");
+  }
+  return DrawingRegion(path, progress, remarks);
 }
 
 }  // namespace
 
-Polygon2 ReadRegion(const std::wstring& argument, corvel::IProgress* progress) {
+Polygon2 ReadRegion(const std::wstring& argument, corvel::IProgress* progress, Problems* remarks) {
   const std::string text = corvel::Utf8FromWide(argument);
   if (const auto box = FourNumbers(text)) return BoxRegion(*box);
   const bool isText = LooksLikeWktPolygon(text) && !corvel::FileExists(argument);
   Polygon2 region;
   try {
-    region = isText ? Unite(ParseWktPolygon(text)) : FileRegion(argument, progress);
+    region = isText ? Unite(ParseWktPolygon(text)) : FileRegion(argument, progress, remarks);
     if (!HasArea(region)) throw FilterError("it has no area");
   } catch (const FilterError& error) {
     throw FilterError("the region" + (isText ? std::string() : " " + text) + ": " + error.what());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "filters/support/FilterError.h"
 #include "filters/support/NumberText.h"
 
 namespace trovan::filters {
@@ -11,6 +12,14 @@ namespace {
 constexpr double kLongerSide = 1000.0;  // user units
 constexpr double kMargin = 10.0;        // on each side, so that what lies on the edge can be seen
 constexpr int kDecimals = 3;
+constexpr double kFarthest = 1e300;  // far beyond any map; sums and differences do not overflow
+
+// Not true of NaN either.
+bool IsWithinReach(const corvel::Box2d& extent) {
+  const auto isNear = [](double value) { return std::fabs(value) <= kFarthest; };
+  return isNear(extent.min.x) && isNear(extent.min.y) && isNear(extent.max.x) &&
+         isNear(extent.max.y);
+}
 
 }  // namespace
 
@@ -18,6 +27,9 @@ SvgPage MapPage(const corvel::Box2d& extent) {
   SvgPage page;
   page.decimals = kDecimals;
   if (extent.IsEmpty()) return page;
+  if (!IsWithinReach(extent)) {
+    throw FilterError("what lies in the region reaches beyond 1e300, too far for a page");
+  }
   const double larger = std::max(extent.Width(), extent.Height());
   // A place without extent, and differences so small that dividing by them overflows, get a page
   // on which they are a point.

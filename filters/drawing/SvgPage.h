@@ -27,7 +27,7 @@ struct SvgPage {
 // a narrow margin; coordinates to a thousandth. An extent without width or height is fine; the
 // empty box gives an empty page.
 //
-// REQUIRES: the extent is finite.
+// Raises FilterError when the extent reaches beyond 1e300 in any direction.
 SvgPage MapPage(const corvel::Box2d& extent);
 
 }  // namespace trovan::filters

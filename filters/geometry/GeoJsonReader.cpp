@@ -82,8 +82,13 @@ class Handler : public json::json_sax_t {
     if (In(Part::kProperties)) Properties().Null();
     if (In(Part::kObject)) {
       // These two may be null: a feature without a place, or without properties.
-      if (Current().key == "geometry") Current().hasGeometry = true;
-      if (Current().key != "geometry") RefuseScalar();
+      if (Current().key == "geometry") {
+        Current().hasGeometry = true;
+        Current().geometries.clear();
+      } else {
+        if (Current().key == "properties") Properties().Clear();
+        RefuseScalar();
+      }
     }
     if (parts_.empty()) RefuseScalar();
     RefuseInArrays();

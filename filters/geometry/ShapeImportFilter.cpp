@@ -18,7 +18,7 @@ namespace {
 constexpr std::uint32_t kFileCode = 9994;
 constexpr std::uint32_t kRecordsBetweenReports = 256;
 
-// Programs leave zeros, or numbers without meaning, where there are no records.
+// Programs leave numbers without meaning where there are no records.
 bool IsExtent(const corvel::Box2d& box) {
   return std::isfinite(box.min.x) && std::isfinite(box.min.y) && std::isfinite(box.max.x) &&
          std::isfinite(box.max.y) && box.min.x <= box.max.x && box.min.y <= box.max.y;
@@ -41,9 +41,10 @@ quillon::IoImportFilter::ImportFileInfo ShapeImportFilter::GetImportFileInfo(
   ShapeFile file(path);
   ImportFileInfo info;
   info.isKnown = true;
-  info.extent = file.Header().extent;
-  if (!IsExtent(info.extent)) {
-    info.extent = mode == kScanFile ? FindExtent(file) : corvel::Box2d();
+  if (mode == kScanFile) {
+    info.extent = FindExtent(file);
+  } else if (IsExtent(file.Header().extent)) {
+    info.extent = file.Header().extent;
   }
   info.summary = L"Shapefile: " + corvel::WideFromUtf8(DescribeShapeType(file.Header().type));
   return info;

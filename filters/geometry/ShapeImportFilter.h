@@ -27,8 +27,8 @@ class ShapeImportFilter : public MapFilter {
   std::vector<std::wstring> GetFileExtensions() const override { return {L".shp"}; }
   bool CanImport(const std::wstring& path) const override;
 
-  // The extent is what the header says. Only where that can be none it is found in the records,
-  // which takes kScanFile.
+  // With kScanFile the extent is that of the records. Otherwise it is what the header says, where
+  // programs leave old ones behind; the empty box where that can be none.
   ImportFileInfo GetImportFileInfo(FileScanMode mode, const std::wstring& path) override;
 
   void ImportFromFile(const std::wstring& path, bool isPreview) override;

@@ -27,6 +27,20 @@ std::string Upper(std::string_view text) {
   return upper;
 }
 
+// In upper case: the word with which a geometry of polygons begins.
+struct GeometryName {
+  bool isMulti = false;
+  bool isPolygon = false;
+  bool tellsDimensions = false;  // POLYGONZ: the letters for heights and measures belong to it
+
+  explicit GeometryName(std::string_view name) : isMulti(name.starts_with("MULTI")) {
+    if (isMulti) name.remove_prefix(5);
+    isPolygon =
+        name == "POLYGON" || name == "POLYGONZ" || name == "POLYGONM" || name == "POLYGONZM";
+    tellsDimensions = isPolygon && name != "POLYGON";
+  }
+};
+
 class WktParser {
  public:
   explicit WktParser(std::string_view text) : text_(text) { SkipBlanks(); }
@@ -68,15 +82,11 @@ class WktParser {
 
   // Whether it is a MULTIPOLYGON. The letters for heights and measures may be a word of their own.
   bool ReadGeometryName() {
-    std::string name = Upper(Word());
-    const bool isMulti = name.starts_with("MULTI");
-    if (isMulti) name.erase(0, 5);
-    const bool isPolygon =
-        name == "POLYGON" || name == "POLYGONZ" || name == "POLYGONM" || name == "POLYGONZM";
-    if (!isPolygon) Fail("POLYGON or MULTIPOLYGON");
+    const GeometryName name(Upper(Word()));
+    if (!name.isPolygon) Fail("POLYGON or MULTIPOLYGON");
     Skip(Word().size());
-    if (name == "POLYGON" && !ReadWord("Z") && !ReadWord("M")) ReadWord("ZM");
-    return isMulti;
+    if (!name.tellsDimensions && !ReadWord("Z") && !ReadWord("M")) ReadWord("ZM");
+    return name.isMulti;
   }
 
   bool ReadEmpty() { return ReadWord("EMPTY"); }
@@ -149,8 +159,7 @@ class WktParser {
 
 bool LooksLikeWktPolygon(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-  const std::string start = Upper(text.substr(0, 12));
-  return start.starts_with("POLYGON") || start.starts_with("MULTIPOLYGON");
+  return GeometryName(Upper(text.substr(0, text.find_first_of(kEndsOfWords)))).isPolygon;
 }
 
 std::vector<Polygon2> ParseWktPolygon(std::string_view text) { return WktParser(text).Parse(); }

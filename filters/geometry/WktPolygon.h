@@ -10,7 +10,8 @@
 
 namespace trovan::filters {
 
-// Whether the text begins as an area does, whatever follows: with POLYGON or MULTIPOLYGON.
+// Whether the first word of the text is that of an area, whatever follows: POLYGON or MULTIPOLYGON,
+// with or without letters for heights and measures.
 bool LooksLikeWktPolygon(std::string_view text);
 
 // The polygons of a POLYGON (one) or a MULTIPOLYGON, without their heights and measures; none for

@@ -23,6 +23,7 @@ struct Misunderstood : std::runtime_error {
 };
 
 constexpr std::string_view kBlanks = " \t\r";
+constexpr double kFarthest = 1e9;  // no pen gets there
 
 // Takes what stands before the first of `ends` from the front of the text, and that end with it.
 std::string_view TakeUpTo(std::string_view ends, std::string_view& text) {
@@ -44,7 +45,8 @@ Words WordsOf(std::string_view line) {
 double NumberOf(std::string_view word) {
   double number = 0.0;
   const auto [end, fault] = std::from_chars(word.data(), word.data() + word.size(), number);
-  if (fault != std::errc() || end != word.data() + word.size() || !std::isfinite(number)) {
+  const bool isNumber = fault == std::errc() && end == word.data() + word.size();
+  if (!isNumber || !(std::fabs(number) <= kFarthest)) {
     throw Misunderstood("\"" + std::string(word) + "\" is no number");
   }
   return number;

@@ -66,7 +66,7 @@ TEST_F(PlotFilterTest, SetsPens) {
 }
 
 TEST_F(PlotFilterTest, KeepsColoursWithinBytes) {
-  Import("FILL -1 256 1e300");
+  Import("FILL -1 256 1e9");
   EXPECT_EQ(manager_.Only<TrBrush>().Color(), Color4b(0, 255, 255, 255));
 }
 
@@ -119,6 +119,8 @@ TEST_F(PlotFilterTest, NamesTheLineThatItDoesNotUnderstand) {
       {"LINE 1 2x", "line 1: \"2x\" is no number"},
       {"LINE 1 nan", "line 1: \"nan\" is no number"},
       {"LINE 1 1e999", "line 1: \"1e999\" is no number"},
+      {"LINE 1 -1e308", "line 1: \"-1e308\" is no number"},
+      {"DISC 0 0 1.1e9", "line 1: \"1.1e9\" is no number"},
       {"AREA 1 / 2", "line 1: \"/\" is no number"},
   };
   for (const auto& c : cases) {

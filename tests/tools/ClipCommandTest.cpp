@@ -189,6 +189,15 @@ TEST_F(ClipCommandTest, FailsWhenTheOutputIsFull) {
   EXPECT_THAT(outcome.errors, HasSubstr("cannot write the output: No space left on device"));
 }
 
+TEST_F(ClipCommandTest, TellsWhatItCannotTakeOverOfTheRegion) {
+  const std::string region =
+      Save("r.svg", R"(<svg xmlns="http://www.w3.org/2000/svg"><path d="M0 0h9v9h-9zq"/></svg>)");
+  const Outcome outcome = Clip({SaveMap(), "--region", region});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_THAT(outcome.errors,
+              HasSubstr("the region " + region + ": Line 1: a path is drawn up to the fault"));
+}
+
 TEST_F(ClipCommandTest, EndsQuietlyWhenNobodyReadsOn) {
   Process process({"clip", Save("map.geojson", Squares(20'000)), "--region=-1,-1,100000,5"});
   EXPECT_EQ(process.ReadOutput(5), "<?xml");
@@ -198,13 +207,15 @@ TEST_F(ClipCommandTest, EndsQuietlyWhenNobodyReadsOn) {
   EXPECT_EQ(outcome.errors, "");
 }
 
-// The signal comes as soon as the output has its first name; the drawing takes far longer.
+// The signals come as soon as the output has its first name; the drawing takes far longer. Whoever
+// is in a hurry presses the keys twice.
 TEST_F(ClipCommandTest, LeavesNothingBehindOnCtrlC) {
   const std::string map = Save("map.geojson", Squares(150'000));
   for (const int signal : {SIGINT, SIGTERM}) {
     SCOPED_TRACE(signal);
     Process process({"clip", map, Path("o.svg"), "--region", "POLYGON ((0 0, 1e6 0, 0 9, 0 0))"});
     while (Files().size() == 1) ASSERT_FALSE(process.HasEnded());
+    process.Signal(signal);
     process.Signal(signal);
     const Outcome outcome = process.Wait();
     EXPECT_EQ(outcome.signal, 0);

@@ -8,11 +8,17 @@
 namespace corvel {
 namespace {
 
-volatile std::sig_atomic_t g_interrupted = 0;
+// One request to stop often comes as two signals: the command "timeout" sends one to the program
+// and one to its group, and a terminal that closes has a shell that tells the same.
+constexpr std::sig_atomic_t kImpatience = 3;
+
+volatile std::sig_atomic_t g_interrupts = 0;
 
 extern "C" void NoteInterrupt(int signal) {
-  g_interrupted = 1;
+  g_interrupts = g_interrupts + 1;
+  if (g_interrupts < kImpatience) return;
   std::signal(signal, SIG_DFL);
+  std::raise(signal);  // ends the program when this function returns
 }
 
 // Without SA_RESTART: what waits for the user returns.
@@ -55,7 +61,7 @@ void WatchForInterrupt() {
   std::signal(SIGXFSZ, SIG_IGN);
 }
 
-bool WasInterrupted() { return g_interrupted != 0; }
+bool WasInterrupted() { return g_interrupts != 0; }
 
 bool WaitForStandardInput() {
   sigset_t watched;

@@ -18,7 +18,7 @@ CORVEL_API bool IsTerminal(StandardStream stream);
 CORVEL_API std::error_code WriteStandardOutput(std::string_view bytes);
 
 // From now on Ctrl-C (SIGINT), SIGTERM and a terminal that closes (SIGHUP) are noted instead of
-// ending the program at once; a second one ends it. A closed pipe and a file that reaches the size
+// ending the program at once; the third one ends it. A closed pipe and a file that reaches the size
 // allowed to it no longer end the program either: the write fails.
 CORVEL_API void WatchForInterrupt();
 

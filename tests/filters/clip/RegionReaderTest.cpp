@@ -80,6 +80,11 @@ TEST_F(RegionReaderTest, TakesAFileWithWellKnownText) {
   EXPECT_EQ(GetBoundingBox(region), Box2d(0, 0, 9, 9));
 }
 
+TEST_F(RegionReaderTest, PassesOverAByteOrderMarkInFrontOfText) {
+  const Polygon2 region = Read(Save("r.wkt", "\xEF\xBB\xBFPOLYGON ((0 0, 9 0, 9 9, 0 0))\r\n"));
+  EXPECT_EQ(GetBoundingBox(region), Box2d(0, 0, 9, 9));
+}
+
 TEST_F(RegionReaderTest, UnitesThePolygonsOfGeoJson) {
   const Polygon2 region = Read(
       Save("r.geojson",
@@ -100,6 +105,15 @@ TEST_F(RegionReaderTest, TakesTheFirstPolygonOfAShapefile) {
                              .Record(PartsContent(5, {{{5, 5}, {5, 9}, {9, 9}}}))
                              .Bytes()));
   EXPECT_THAT(region.Points(), ElementsAre(Vec2d(0, 0), Vec2d(0, 9), Vec2d(9, 9)));
+}
+
+TEST_F(RegionReaderTest, TakesNoOtherPolygonForADamagedFirstOne) {
+  const std::string damaged = PartsContent(5, {{{0, 0}, {0, 9}, {9, 9}}}).Bytes().substr(0, 60);
+  EXPECT_THAT(ErrorOf(Save("r.shp", ShapeImage(5)
+                                        .Record(damaged)
+                                        .Record(PartsContent(5, {{{5, 5}, {5, 9}, {9, 9}}}))
+                                        .Bytes())),
+              HasSubstr("record 1 at byte 100: it needs 96 bytes, but has 60"));
 }
 
 // User units of the document, y down.
@@ -131,13 +145,23 @@ TEST_F(RegionReaderTest, TellsWhatIsWrong) {
   EXPECT_THAT(ErrorOf(L"POLYGON ((0 0, 1 1"), HasSubstr("the region: well-known text, column 19"));
   EXPECT_THAT(ErrorOf(L"POLYGON ((0 0, 9 9, 0 0))"), HasSubstr("the region: it has no area"));
   EXPECT_THAT(ErrorOf(L"MULTIPOLYGON EMPTY"), HasSubstr("it has no area"));
-  EXPECT_THAT(ErrorOf(Save("t.txt", "no region")), HasSubstr("is no drawing that can be read"));
+  EXPECT_THAT(ErrorOf(Save("t.txt", "no region")),
+              HasSubstr("neither a drawing (SVG, GeoJSON, a shapefile) nor a POLYGON"));
+  EXPECT_THAT(ErrorOf(L"polygons.geojson"), HasSubstr("polygons.geojson: there is no file"));
   EXPECT_THAT(ErrorOf(Save("p.json", R"({"type":"Point","coordinates":[1,2]})")),
               HasSubstr("it holds no filled area"));
   EXPECT_THAT(ErrorOf(Save("p.shp", ShapeImage(1).Record(ShapeContent(0)).Bytes())),
               HasSubstr("it holds no polygon"));
   EXPECT_THAT(ErrorOf(Save("c.shp", ShapeImage(1).RecordOfLength("", 99).Bytes())),
               HasSubstr("should have 198 bytes"));
+}
+
+TEST_F(RegionReaderTest, RemarksWhatItCannotTakeOverOfADrawing) {
+  Problems remarks;
+  ReadRegion(Save("r.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 9 9">)"
+                           R"(<path d="M0 0h9v9h-9z M1 1 q"/></svg>)"),
+             nullptr, &remarks);
+  EXPECT_THAT(remarks.First(), ElementsAre(HasSubstr("a path is drawn up to the fault")));
 }
 
 class Stop : public corvel::IProgress {

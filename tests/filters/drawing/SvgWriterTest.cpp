@@ -1,6 +1,7 @@
 #include "filters/drawing/SvgWriter.h"
 
 #include <cstdint>
+#include <limits>
 #include <numbers>
 #include <string>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include <quillon/TrImage.h>
 #include <quillon/TrMetafile.h>
 
+#include "filters/support/FilterError.h"
 #include "filters/support/StringSink.h"
 #include "support/PngImage.h"
 #include "support/TempFolder.h"
@@ -474,6 +476,15 @@ TEST(MapPage, TakesExtentsThatAreAPointOrALine) {
   EXPECT_EQ(MapPage(Box2d(5, 5, 9, 5)).viewBox, Box2d(0, 0, 1000, 20));
   EXPECT_EQ(MapPage(Box2d(0, 0, 5e-324, 0)).scale, 1.0);
   EXPECT_EQ(MapPage(Box2d()).viewBox, Box2d(0, 0, 0, 0));
+}
+
+TEST(MapPage, RefusesExtentsWhosePageIsBeyondNumbers) {
+  EXPECT_GT(MapPage(Box2d(-1e300, 0, 1e300, 1e300)).scale, 1e297);
+  for (const double far : {2e300, 1.7e308, std::numeric_limits<double>::infinity()}) {
+    EXPECT_THROW(MapPage(Box2d(-far, 0, 0, 0)), FilterError);
+    EXPECT_THROW(MapPage(Box2d(0, 0, far, 0)), FilterError);
+    EXPECT_THROW(MapPage(Box2d(0, -far, 0, far)), FilterError);
+  }
 }
 
 }  // namespace

@@ -60,6 +60,15 @@ TEST(GeoJsonImportFilter, ImportsEachTypeOfGeometry) {
               ElementsAre("polygon 0 0, 9 0, 9 9 | 1 1, 2 1, 2 2 | 10 0, 19 0, 19 9"));
 }
 
+TEST(GeoJsonImportFilter, TakesTheLastOfMembersThatStandTwice) {
+  const std::string feature = R"({"type":"Feature","geometry":)" + Geometry("Point", "[1,2]") +
+                              R"(,"properties":{"a":1},"geometry":)";
+  EXPECT_THAT(Import(feature + Geometry("Point", "[3,4]") + "}"), ElementsAre("markers 3 4"));
+  EXPECT_THAT(Import(feature + "null}"), IsEmpty());
+  EXPECT_THAT(Import(feature + Geometry("Point", "[3,4]") + R"(,"properties":null})", true),
+              ElementsAre("markers 3 4"));
+}
+
 TEST(GeoJsonImportFilter, SendsPenAndBrushFirst) {
   DrawnObjects objects;
   GeoJsonImportFilter filter(objects);

@@ -233,6 +233,18 @@ TEST_F(ShapeImportFilterTest, FindsTheExtentWhereTheHeaderHasNone) {
   EXPECT_TRUE(scan(ShapeImportFilter::kScanHeader).IsEmpty());
 }
 
+TEST_F(ShapeImportFilterTest, FindsTheExtentWhereTheHeaderHasAnOldOne) {
+  for (const double old : {0.0, 500.0}) {
+    const std::wstring path = Save(ShapeImage(1)
+                                       .Extent({old, old}, {old, old})
+                                       .Record(ShapeContent(1).Points({{1, 2}}))
+                                       .Record(ShapeContent(1).Points({{-3, 4}}))
+                                       .Bytes());
+    EXPECT_EQ(filter_.GetImportFileInfo(ShapeImportFilter::kScanFile, path).extent,
+              corvel::Box2d(-3, 2, 1, 4));
+  }
+}
+
 class Stop : public corvel::IProgress {
  public:
   bool Update(double) override { return false; }

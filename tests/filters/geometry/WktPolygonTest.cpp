@@ -101,7 +101,10 @@ TEST(LooksLikeWktPolygon, GoesByTheFirstWord) {
   EXPECT_TRUE(LooksLikeWktPolygon("POLYGON ((0 0"));
   EXPECT_TRUE(LooksLikeWktPolygon("\n multipolygonz"));
   EXPECT_FALSE(LooksLikeWktPolygon("POINT (0 0)"));
+  EXPECT_TRUE(LooksLikeWktPolygon("MultiPolygon(((0 0"));
   EXPECT_FALSE(LooksLikeWktPolygon("land/POLYGON"));
+  EXPECT_FALSE(LooksLikeWktPolygon("polygons.geojson"));
+  EXPECT_FALSE(LooksLikeWktPolygon("polygon_2.shp"));
   EXPECT_FALSE(LooksLikeWktPolygon(""));
 }
 

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -76,6 +77,33 @@ TEST(WriteStandardOutput, IsNotCutShortByCtrlCWhileItWaitsForItsReader) {
   EXPECT_EQ(WEXITSTATUS(status), 0);
   ::close(output[0]);
   ::close(ready[0]);
+}
+
+// How a program ends that so many signals come to: the signal, or 0 after it has noted them.
+int EndOf(const std::vector<int>& signals) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    std::signal(SIGHUP, SIG_DFL);  // whoever runs the tests may ignore it
+    WatchForInterrupt();
+    for (const int signal : signals) std::raise(signal);
+    ::_exit(WasInterrupted() ? 0 : 1);
+  }
+  int status = -1;
+  EXPECT_EQ(::waitpid(child, &status, 0), child);
+  if (WIFSIGNALED(status)) return WTERMSIG(status);
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  return 0;
+}
+
+// "timeout" sends two for one.
+TEST(WatchForInterrupt, NotesTwoSignalsAndLetsTheThirdEndTheProgram) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    EXPECT_EQ(EndOf({signal}), 0);
+    EXPECT_EQ(EndOf({signal, signal}), 0);
+    EXPECT_EQ(EndOf({signal, signal, signal}), signal);
+  }
+  EXPECT_EQ(EndOf({SIGINT, SIGTERM}), 0);
+  EXPECT_EQ(EndOf({SIGINT, SIGTERM, SIGINT}), SIGINT);
 }
 
 }  // namespace

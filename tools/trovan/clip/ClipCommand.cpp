@@ -88,8 +88,15 @@ std::string StatisticsAsJson(const std::string& name, const filters::ClipStatist
 // --- The work ------------------------------------------------------------------------------------
 
 Polygon2 ReadRegion(const Arguments& arguments) {
-  ProgressBar progress("region", ProgressBar::Output::kElsewhere);
-  return filters::ReadRegion(corvel::PathFromSystem(arguments.region), &progress);
+  const std::wstring argument = corvel::PathFromSystem(arguments.region);
+  Problems remarks;
+  Polygon2 region;
+  {
+    ProgressBar progress("region", ProgressBar::Output::kElsewhere);
+    region = filters::ReadRegion(argument, &progress, &remarks);
+  }
+  WarnOf("the region " + corvel::Utf8FromWide(argument), remarks);
+  return region;
 }
 
 DrawingClipResult ClipToFile(const Arguments& arguments, const Polygon2& region) {

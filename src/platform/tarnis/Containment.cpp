@@ -116,6 +116,8 @@ bool PolygonContains(const Polygon2& polygon, const Polygon2& test) {
   const RegionIndex& index = polygon.Index();
   Box2d box = GetBoundingBox(test);
   if (!IsWithin(box, index.Box())) return false;
+  Box2d all;
+  if (GetIfRect(polygon, all)) return true;
   if (GetIfRect(test, box)) return ContainsBox(index, box);
   return CoversRings(index, test) && !IsDivided(index, test);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 #include <tuple>
 #include <vector>
 
@@ -20,6 +21,11 @@ bool Overlap(double a, double b, double c, double d) {
   return std::max(a, b) >= std::min(c, d) && std::max(c, d) >= std::min(a, b);
 }
 
+bool DoBoxesOverlap(const Edge& one, const Edge& other) {
+  return Overlap(one.a.x, one.b.x, other.a.x, other.b.x) &&
+         Overlap(one.a.y, one.b.y, other.a.y, other.b.y);
+}
+
 // For edges whose boxes overlap.
 bool Meet(const Edge& one, const Edge& other) {
   if (Orientation(one.a, one.b, other.a) * Orientation(one.a, one.b, other.b) > 0) return false;
@@ -28,58 +34,53 @@ bool Meet(const Edge& one, const Edge& other) {
 
 // For an edge and the one that goes on where it ends.
 bool FoldBack(const Edge& one, const Edge& next) {
-  if (Orientation(one.a, one.b, next.b) != 0) return false;
   const auto runsUp = [](const Edge& edge) {
     return std::tie(edge.a.x, edge.a.y) < std::tie(edge.b.x, edge.b.y);
   };
-  return runsUp(one) != runsUp(next);
+  return runsUp(one) != runsUp(next) && Orientation(one.a, one.b, next.b) == 0;
 }
 
-// Whether the second edge goes on where the first one ends.
-bool IsFollowed(const EdgeRings& rings, std::uint32_t one, std::uint32_t next) {
-  if (rings[one].b != rings[next].a) return false;
-  const std::uint32_t ring = rings.RingOf(one);
-  return next == (one + 1 < rings.End(ring) ? one + 1 : rings.Begin(ring));
+// Of each edge, the one that goes on where it ends.
+std::vector<std::uint32_t> Successors(const EdgeRings& rings) {
+  std::vector<std::uint32_t> next(rings.Size());
+  std::iota(next.begin(), next.end(), 1U);
+  for (std::uint32_t ring = 0; ring < rings.Rings(); ++ring) {
+    next[rings.End(ring) - 1] = rings.Begin(ring);
+  }
+  return next;
 }
 
-bool AreInContact(const EdgeRings& rings, std::uint32_t one, std::uint32_t other) {
-  const Edge& edge = rings[one];
-  const Edge& next = rings[other];
-  if (!Overlap(edge.a.x, edge.b.x, next.a.x, next.b.x)) return false;
-  if (!Overlap(edge.a.y, edge.b.y, next.a.y, next.b.y)) return false;
-  const bool isFollowed = IsFollowed(rings, one, other);
-  const bool follows = IsFollowed(rings, other, one);
-  if (isFollowed && FoldBack(edge, next)) return true;
-  if (follows && FoldBack(next, edge)) return true;
-  return !isFollowed && !follows && Meet(edge, next);
-}
-
-bool HavePoints(const EdgeRings& rings) {
-  return std::any_of(rings.begin(), rings.end(), [](const Edge& edge) { return edge.a == edge.b; });
+// At a corner, or because the ring is a point.
+bool HaveContactsInSequence(const EdgeRings& rings, const std::vector<std::uint32_t>& next) {
+  for (std::uint32_t i = 0; i < rings.Size(); ++i) {
+    if (rings[i].a == rings[i].b || FoldBack(rings[i], rings[next[i]])) return true;
+  }
+  return false;
 }
 
 }  // namespace
 
 // Compares each edge with those that begin, from left to right, before it ends.
 bool HaveContacts(const EdgeRings& rings) {
-  if (HavePoints(rings)) return true;
+  const std::vector<std::uint32_t> next = Successors(rings);
+  if (HaveContactsInSequence(rings, next)) return true;
   struct Reach {
     double left, right, low, high;
-    std::uint32_t edge;
+    std::uint32_t edge, next;
   };
-  std::vector<Reach> order;
-  order.reserve(rings.Size());
+  std::vector<Reach> order(rings.Size());
   for (std::uint32_t i = 0; i < rings.Size(); ++i) {
-    const auto [left, right] = std::minmax(rings[i].a.x, rings[i].b.x);
-    const auto [low, high] = std::minmax(rings[i].a.y, rings[i].b.y);
-    order.push_back({left, right, low, high, i});
+    const auto& [a, b] = rings[i];
+    order[i] = {
+        std::min(a.x, b.x), std::max(a.x, b.x), std::min(a.y, b.y), std::max(a.y, b.y), i, next[i]};
   }
   std::sort(order.begin(), order.end(),
             [](const Reach& one, const Reach& other) { return one.left < other.left; });
   for (auto one = order.begin(); one != order.end(); ++one) {
     for (auto other = one + 1; other != order.end() && other->left <= one->right; ++other) {
       if (other->low > one->high || other->high < one->low) continue;
-      if (AreInContact(rings, one->edge, other->edge)) return true;
+      if (one->next == other->edge || other->next == one->edge) continue;
+      if (Meet(rings[one->edge], rings[other->edge])) return true;
     }
   }
   return false;
@@ -87,10 +88,12 @@ bool HaveContacts(const EdgeRings& rings) {
 
 bool HaveContacts(const RegionIndex& index) {
   const EdgeRings& rings = index.Rings();
-  if (HavePoints(rings)) return true;
+  const std::vector<std::uint32_t> next = Successors(rings);
+  if (HaveContactsInSequence(rings, next)) return true;
   const std::size_t mostPairs = kMostPairsForAnEdge * rings.Size();
   return index.AnyPairNear(mostPairs, [&](std::uint32_t one, std::uint32_t other) {
-    return AreInContact(rings, one, other);
+    if (next[one] == other || next[other] == one) return false;
+    return DoBoxesOverlap(rings[one], rings[other]) && Meet(rings[one], rings[other]);
   });
 }
 

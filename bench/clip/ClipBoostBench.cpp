@@ -42,10 +42,12 @@ Polygon PolygonOf(const tarnis::Polygon2& region) {
   return polygon;
 }
 
+std::size_t Shapes(RegionKind kind) { return PeerShapes(kind == RegionKind::kCoast ? 200 : 10); }
+
 void Polygons(benchmark::State& state, RegionKind kind) {
   const Polygon region = PolygonOf(SampleRegion(kind));
   std::vector<Polygon> subjects;
-  for (std::size_t i = 0; i < PeerShapes(kind); ++i) {
+  for (std::size_t i = 0; i < Shapes(kind); ++i) {
     const Shape& shape = SamplePolygons(kind)[i];
     subjects.emplace_back();
     bg::assign_points(subjects.back().outer(), PointsOf(shape.data(), shape.size()));

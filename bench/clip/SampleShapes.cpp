@@ -189,9 +189,8 @@ const Shape& LargePolygon() {
   return polygon;
 }
 
-std::size_t PeerShapes(RegionKind kind) {
-  const std::size_t share = kind == RegionKind::kCoast ? 200 : 10;
-  return std::max<std::size_t>(CountFromEnvironment() / share, 30);
+std::size_t PeerShapes(std::size_t divisor) {
+  return std::max<std::size_t>(CountFromEnvironment() / divisor, 30);
 }
 
 }  // namespace trovan::bench

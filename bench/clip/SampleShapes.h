@@ -33,7 +33,7 @@ const std::vector<corvel::Vec2d>& SampleMarkers();           // anywhere
 // One ring of 200,000 corners that crosses the boundary of every region often.
 const Shape& LargePolygon();
 
-// How many shapes a slow program gets: a share of them all that takes about as long.
-std::size_t PeerShapes(RegionKind kind);
+// How many shapes a slower program gets, so that it takes about as long: all, divided by a number.
+std::size_t PeerShapes(std::size_t divisor);
 
 }  // namespace trovan::bench

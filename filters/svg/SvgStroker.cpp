@@ -81,8 +81,8 @@ class Stroker {
     // The length of a mitre divided by the width is 1 / sin(angle / 2).
     const double halfSine = std::sqrt(std::max(0.0, (1.0 + Dot(in, out)) / 2));
     if (stroke_.join == "miter" && halfSine * stroke_.miterLimit >= 1.0) {
-      const Vec2d middle = (a + b) * 0.5 - at;
-      ring.insert(ring.begin() + 2, at + middle * (radius_ * radius_ / Dot(middle, middle)));
+      const Vec2d middle = (Left(in) + Left(out)) * (side / 2);
+      ring.insert(ring.begin() + 2, at + middle * (1.0 / (halfSine * halfSine)));
     }
     AddRing(std::move(ring));
   }

@@ -8,28 +8,26 @@ using corvel::Vec2d;
 
 void LinePieces::AddSegment(const std::vector<Span>& parts) {
   for (const Span& part : parts) {
-    if (!goesOn_ || part.from.t > 0.0) {
-      EndPiece();
-      points_.push_back(part.from.point);
-    }
+    if (!goesOn_ || part.from.t > 0.0) BeginPiece(part.from.point);
     points_.push_back(part.to.point);
-    goesOn_ = true;
   }
   goesOn_ = !parts.empty() && parts.back().to.t == 1.0;
 }
 
 void LinePieces::Repeat(const Vec2d& point) {
-  if (!goesOn_) {
-    EndPiece();
-    points_.push_back(point);
-    goesOn_ = true;
-  }
+  if (!goesOn_) BeginPiece(point);
   points_.push_back(point);
 }
 
 void LinePieces::End() {
   EndPiece();
   goesOn_ = false;
+}
+
+void LinePieces::BeginPiece(const Vec2d& point) {
+  EndPiece();
+  points_.push_back(point);
+  goesOn_ = true;
 }
 
 // A piece that is only a point falls out.

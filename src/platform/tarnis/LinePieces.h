@@ -19,6 +19,13 @@ class LinePieces {
   // The parts of the next segment of the line, in its order.
   void AddSegment(const std::vector<Span>& parts);
 
+  // The next segment, which is inside or outside as a whole.
+  void AddInside(const corvel::Vec2d& from, const corvel::Vec2d& to) {
+    if (!goesOn_) BeginPiece(from);
+    points_.push_back(to);
+  }
+  void AddOutside() { goesOn_ = false; }
+
   // A point of the line that is given once more, and is inside.
   void Repeat(const corvel::Vec2d& point);
 
@@ -29,6 +36,7 @@ class LinePieces {
   void AddPoint(const corvel::Vec2d* points, std::size_t count);
 
  private:
+  void BeginPiece(const corvel::Vec2d& point);
   void EndPiece();
 
   std::vector<corvel::Vec2d>& points_;
@@ -37,8 +45,8 @@ class LinePieces {
   bool goesOn_ = false;  // that piece has come to a corner of the line
 };
 
-// Cuts a line by something that cuts segments: MoveTo, LineTo, Inside, Here as SegmentCutter has
-// them.
+// Cuts a line by something that cuts segments: MoveTo, PassTo, LineTo, Inside, Here as
+// SegmentCutter has them.
 template <class Cutter>
 void CutLine(const corvel::Vec2d* points, std::size_t count, Cutter& cutter, LinePieces& pieces) {
   if (count == 0) return;
@@ -50,8 +58,14 @@ void CutLine(const corvel::Vec2d* points, std::size_t count, Cutter& cutter, Lin
       continue;
     }
     isPoint = false;
-    cutter.LineTo(points[i]);
-    pieces.AddSegment(cutter.Inside());
+    if (!cutter.PassTo(points[i])) {
+      cutter.LineTo(points[i]);
+      pieces.AddSegment(cutter.Inside());
+    } else if (cutter.Here() != Place::kOutside) {
+      pieces.AddInside(points[i - 1], points[i]);
+    } else {
+      pieces.AddOutside();
+    }
   }
   pieces.End();
   if (isPoint && cutter.Here() != Place::kOutside) pieces.AddPoint(points, count);

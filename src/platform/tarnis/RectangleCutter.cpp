@@ -16,11 +16,6 @@ constexpr double kMostShare = 1.0 - 0x1p-53;
 
 }  // namespace
 
-bool RectangleCutter::Contains(const Vec2d& point) const {
-  return point.x >= box_.min.x && point.x <= box_.max.x && point.y >= box_.min.y &&
-         point.y <= box_.max.y;
-}
-
 void RectangleCutter::LineTo(const Vec2d& to) {
   inside_.clear();
   const bool startsInside = Contains(here_);
@@ -40,11 +35,7 @@ void RectangleCutter::LineTo(const Vec2d& to) {
 
 // Whether a way between two points outside shares more than a point with the rectangle.
 bool RectangleCutter::IsCrossedBetween(const Vec2d& to) const {
-  const auto isBeside = [](double one, double other, double low, double high) {
-    return (one < low && other < low) || (one > high && other > high);
-  };
-  if (isBeside(here_.x, to.x, box_.min.x, box_.max.x)) return false;
-  if (isBeside(here_.y, to.y, box_.min.y, box_.max.y)) return false;
+  if (IsBeside(to)) return false;
   // Along a side, or with corners to the left and to the right.
   if (here_.x == to.x || here_.y == to.y) return true;
   const int sides[] = {

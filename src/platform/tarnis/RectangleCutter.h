@@ -17,6 +17,12 @@ class RectangleCutter {
 
   void MoveTo(const corvel::Vec2d& point) { here_ = point; }
 
+  bool PassTo(const corvel::Vec2d& to) {
+    const bool isSeen = Contains(here_) ? Contains(to) : IsBeside(to);
+    if (isSeen) here_ = to;
+    return isSeen;
+  }
+
   // REQUIRES: `to` is not the point where the cutter is.
   void LineTo(const corvel::Vec2d& to);
 
@@ -27,7 +33,17 @@ class RectangleCutter {
   const std::vector<Span>& Inside() const { return inside_; }
 
  private:
-  bool Contains(const corvel::Vec2d& point) const;
+  bool Contains(const corvel::Vec2d& point) const {
+    return point.x >= box_.min.x && point.x <= box_.max.x && point.y >= box_.min.y &&
+           point.y <= box_.max.y;
+  }
+  // Whether the way to a point is wholly on the far side of one of the four sides.
+  bool IsBeside(const corvel::Vec2d& to) const {
+    return (here_.x < box_.min.x && to.x < box_.min.x) ||
+           (here_.x > box_.max.x && to.x > box_.max.x) ||
+           (here_.y < box_.min.y && to.y < box_.min.y) ||
+           (here_.y > box_.max.y && to.y > box_.max.y);
+  }
   bool IsCrossedBetween(const corvel::Vec2d& to) const;
   Cut Crossing(const corvel::Vec2d& outside, const corvel::Vec2d& other) const;
 

@@ -21,6 +21,7 @@ constexpr std::size_t kCellsForAnEdge = 2;
 constexpr std::size_t kLeastCells = 1024;
 constexpr double kPassagesForAnEdge = 16.0;
 constexpr std::size_t kMostCells = std::size_t{1} << 22;
+constexpr unsigned kMostQuiet = 255;
 constexpr double kUlp = std::numeric_limits<double>::epsilon();
 
 // Cells that are about as wide as high.
@@ -51,6 +52,7 @@ RegionIndex::RegionIndex(const Polygon2& region) : edges_(region) {
   box_ = GetBoundingBox(region);
   DivideBox();
   ListEdges();
+  NoteQuiet();
   NoteCorners();
   hasContacts_ = HaveContacts(*this);
   if (!hasContacts_) NoteSides();
@@ -124,6 +126,38 @@ void RegionIndex::ListEdges() {
   std::vector<std::uint32_t> next(starts_.begin(), starts_.end() - 1);
   for (std::uint32_t i = 0; i < edges_.Size(); ++i) {
     ForEachCellOf(edges_[i], [&](std::size_t cell) { listed_[next[cell]++] = i; });
+  }
+}
+
+// In two passes (after Rosenfeld and Pfaltz, "Sequential operations in digital picture processing",
+// 1966): from the neighbours that come before a cell, and from those that come after it.
+void RegionIndex::NoteQuiet() {
+  const std::size_t columns = columns_.Cells();
+  const std::size_t rows = rows_.Cells();
+  quiet_.assign(columns * rows, 0);
+  const auto further = [](std::uint8_t a, std::uint8_t b, std::uint8_t c, std::uint8_t d) {
+    const unsigned nearest = std::min({a, b, c, d});
+    return static_cast<std::uint8_t>(std::min(nearest + 1, kMostQuiet));
+  };
+  const auto isAtBorder = [&](std::size_t column, std::size_t row) {
+    return column == 0 || row == 0 || column + 1 == columns || row + 1 == rows;
+  };
+  for (std::size_t row = 0; row < rows; ++row) {
+    for (std::size_t column = 0; column < columns; ++column) {
+      const std::size_t cell = Cell(column, row);
+      if (!EdgesOf(cell).empty()) continue;
+      const std::uint8_t* here = &quiet_[cell];
+      const std::uint8_t* below = here - columns;
+      quiet_[cell] = isAtBorder(column, row) ? 1 : further(here[-1], below[-1], below[0], below[1]);
+    }
+  }
+  for (std::size_t row = rows; row-- > 0;) {
+    for (std::size_t column = columns; column-- > 0;) {
+      if (isAtBorder(column, row)) continue;
+      std::uint8_t* here = &quiet_[Cell(column, row)];
+      const std::uint8_t* above = here + columns;
+      *here = std::min(*here, further(here[1], above[-1], above[0], above[1]));
+    }
   }
 }
 
@@ -223,11 +257,30 @@ std::span<const std::uint32_t> RegionIndex::EdgesNear(const Edge& way,
 }
 
 Box2d RegionIndex::QuietBoxAround(const Vec2d& point) const {
-  if (!Covers(point)) return {};
+  if (!Covers(point)) return BoxBeside(point);
   const std::size_t column = columns_.CellOf(point.x);
   const std::size_t row = rows_.CellOf(point.y);
-  if (!EdgesOf(Cell(column, row)).empty()) return {};
-  return {columns_.Line(column), rows_.Line(row), columns_.Line(column + 1), rows_.Line(row + 1)};
+  const std::size_t reach = quiet_[Cell(column, row)];
+  if (reach == 0) return {};
+  return {columns_.Line(column + 1 - reach), rows_.Line(row + 1 - reach),
+          columns_.Line(column + reach), rows_.Line(row + reach)};
+}
+
+// All that is on the same side of the grid as a point beside it.
+Box2d RegionIndex::BoxBeside(const Vec2d& point) const {
+  constexpr double kFar = std::numeric_limits<double>::infinity();
+  Box2d beside(-kFar, -kFar, kFar, kFar);
+  if (edges_.IsEmpty()) return beside;
+  if (point.x < columns_.Line(0)) {
+    beside.max.x = columns_.Line(0);
+  } else if (point.x > columns_.Line(columns_.Cells())) {
+    beside.min.x = std::nextafter(columns_.Line(columns_.Cells()), kFar);
+  } else if (point.y < rows_.Line(0)) {
+    beside.max.y = rows_.Line(0);
+  } else {
+    beside.min.y = std::nextafter(rows_.Line(rows_.Cells()), kFar);
+  }
+  return beside;
 }
 
 }  // namespace tarnis

@@ -52,8 +52,8 @@ class RegionIndex {
   std::span<const std::uint32_t> EdgesNear(const Edge& way,
                                            std::vector<std::uint32_t>& buffer) const;
 
-  // A box around the point that no edge comes near; the empty box if the index knows of none.
-  // Points on its upper and right sides do not belong to it.
+  // A box around the point that no edge comes near; the empty box if the index knows of none. It
+  // may reach to infinity. Points on its upper and right sides do not belong to it.
   corvel::Box2d QuietBoxAround(const corvel::Vec2d& point) const;
 
   // Whether `isMet` is true of any two edges that come near each other, the one of the lower number
@@ -80,8 +80,10 @@ class RegionIndex {
   void ForEachCellOf(const Edge& edge, const Take& take) const;
   void DivideBox();
   void ListEdges();
+  void NoteQuiet();
   void NoteCorners();
   void NoteSides();
+  corvel::Box2d BoxBeside(const corvel::Vec2d& point) const;
   template <class Side>
   bool Parity(const corvel::Vec2d& point, const Side& side) const;
   std::size_t CellAround(const corvel::Vec2d& point) const {
@@ -104,6 +106,9 @@ class RegionIndex {
   GridAxis rows_;
   std::vector<std::uint32_t> starts_;  // of each cell in listed_; one more at the end
   std::vector<std::uint32_t> listed_;  // edges
+  // Of each cell, how many steps to a cell with edges or out of the grid, in any of the eight
+  // directions.
+  std::vector<std::uint8_t> quiet_;
   std::vector<bool> isCornerInside_;
   bool hasContacts_ = false;
   std::vector<bool> isLeftInside_;  // of each ring

@@ -50,15 +50,9 @@ void SegmentCutter::LineTo(const Vec2d& to) {
   inside_.clear();
   crossings_.clear();
   insideLeft_.clear();
-  if (StaysInQuiet(to)) {
-    if (place_ == Place::kInside) {
-      inside_.push_back({{0.0, here_}, {1.0, to}});
-      insideLeft_ = inside_;
-    }
-    here_ = to;
-    return;
-  }
+  if (StaysInQuiet(to)) return PassUndisturbed(to);
   isAtEdge_ = false;
+  bool isNearEdge = false;
   edges_ = index_.EdgesNear(Edge{here_, to}, buffer_);
   const auto [left, right] = std::minmax(here_.x, to.x);
   const auto [low, high] = std::minmax(here_.y, to.y);
@@ -67,8 +61,12 @@ void SegmentCutter::LineTo(const Vec2d& to) {
     const bool isBeside =
         (edge.a.x < left && edge.b.x < left) || (edge.a.x > right && edge.b.x > right) ||
         (edge.a.y < low && edge.b.y < low) || (edge.a.y > high && edge.b.y > high);
-    if (!isBeside) MeetEdge(edge, to);
+    if (isBeside) continue;
+    MeetEdge(edge, to);
+    isNearEdge = true;
   }
+  quiet_ = index_.QuietBoxAround(to);
+  if (!isNearEdge) return PassUndisturbed(to);
   // The parity is that of a way just left of this one: it crosses no corner of the region, and
   // between two crossings this way is on the same side of the boundary, or on it.
   bool isInside = place_ == Place::kBoundary ? StartParity(to) : place_ == Place::kInside;
@@ -76,8 +74,16 @@ void SegmentCutter::LineTo(const Vec2d& to) {
   isInside ^= crossings_.size() % 2 == 1;
   UniteSpans();
   here_ = to;
-  quiet_ = index_.QuietBoxAround(to);
   place_ = isAtEdge_ ? Place::kBoundary : isInside ? Place::kInside : Place::kOutside;
+}
+
+// Without an edge on the way, all of it lies where it starts.
+void SegmentCutter::PassUndisturbed(const Vec2d& to) {
+  if (place_ == Place::kInside) {
+    inside_.push_back({{0.0, here_}, {1.0, to}});
+    insideLeft_.push_back({{0.0, here_}, {1.0, to}});
+  }
+  here_ = to;
 }
 
 // Whether the way just left of this one is inside where it starts: counts the boundary's directions

@@ -31,6 +31,14 @@ class SegmentCutter {
   // Begins at a point.
   void MoveTo(const corvel::Vec2d& point);
 
+  // Goes on to another point if it is seen at once that the way there meets no edge: all of it lies
+  // where the cutter is. Otherwise stays and returns false. Inside and InsideLeft do not change.
+  bool PassTo(const corvel::Vec2d& to) {
+    if (!StaysInQuiet(to)) return false;
+    here_ = to;
+    return true;
+  }
+
   // Goes on to another point, and finds the parts of the way that are inside.
   //
   // REQUIRES: `to` is not the point where the cutter is.
@@ -47,6 +55,7 @@ class SegmentCutter {
   const std::vector<Span>& InsideLeft() const { return insideLeft_; }
 
  private:
+  void PassUndisturbed(const corvel::Vec2d& to);
   bool StartParity(const corvel::Vec2d& to) const;
   void MeetEdge(const Edge& edge, const corvel::Vec2d& to);
   void FollowEdge(const Edge& edge, const corvel::Vec2d& to);

@@ -170,6 +170,16 @@ TEST(SvgStroker, KeepsTheDirectionOfTheShortestLines) {
   EXPECT_NEAR(AreaOfRings(StrokedArea({{0, 0}, {kShort, 0}}, stroke)), 4, 1e-9);
 }
 
+TEST(SvgStroker, MitresThePensWhoseSquareIsNoNumber) {
+  const SvgStroke stroke = {{}, 2e-170, "butt", "miter", 4};
+  const auto area = StrokedArea({{0, 0}, {1e-168, 0}, {1e-168, 1e-168}}, stroke);
+  corvel::Box2d box;
+  box.BoundPoints(area.Points().data(), area.Points().size());
+  EXPECT_EQ(box.min, Vec2d(0, -1e-170));
+  EXPECT_NEAR(box.max.x * 1e168, 1.01, 1e-9);
+  EXPECT_NEAR(box.max.y * 1e168, 1, 1e-9);
+}
+
 TEST(SvgStroker, CoversNothingWithoutLength) {
   EXPECT_TRUE(StrokedArea({{1, 1}, {1, 1}}, {}).IsEmpty());
   EXPECT_TRUE(StrokedArea({}, {}).IsEmpty());

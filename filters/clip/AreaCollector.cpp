@@ -8,7 +8,6 @@
 #include <quillon/TrEllipse.h>
 #include <quillon/TrPolygon.h>
 #include <quillon/TrRectangle.h>
-#include <tarnis/FillRule.h>
 #include <velum/Path.h>
 
 namespace trovan::filters {
@@ -16,7 +15,6 @@ namespace {
 
 using corvel::Order;
 using corvel::Vec2d;
-using tarnis::FillRule;
 using tarnis::Polygon2;
 
 // As curves are flattened when they are clipped.
@@ -51,18 +49,6 @@ Polygon2 AreaOf(const quillon::TrEllipse& ellipse) {
 }
 
 }  // namespace
-
-Polygon2 Unite(std::vector<Polygon2> areas) {
-  if (areas.size() == 1) return std::move(areas.front());
-  std::vector<Vec2d> points;
-  std::vector<unsigned int> counts;
-  for (const Polygon2& area : areas) {
-    const Polygon2 resolved = ResolveRings(area, FillRule::kEvenOdd);
-    points.insert(points.end(), resolved.Points().begin(), resolved.Points().end());
-    counts.insert(counts.end(), resolved.Counts().begin(), resolved.Counts().end());
-  }
-  return ResolveRings(Polygon2(std::move(points), std::move(counts)), FillRule::kNonZero);
-}
 
 void AreaCollector::ImportObject(quillon::TrBase& object) {
   object.AssertValid();

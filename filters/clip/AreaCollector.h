@@ -7,10 +7,9 @@
 #include <quillon/TrBrush.h>
 #include <tarnis/Polygon2.h>
 
-namespace trovan::filters {
+#include "filters/drawing/AreaUnion.h"
 
-// What is inside one of the areas at least. One alone stays as it is, corner by corner.
-tarnis::Polygon2 Unite(std::vector<tarnis::Polygon2> areas);
+namespace trovan::filters {
 
 // Takes the polygons, rectangles and ellipses that are filled. Lines, markers, texts and pictures
 // fill nothing.
@@ -22,7 +21,7 @@ class AreaCollector : public quillon::IoManager {
   bool IsEmpty() const { return areas_.empty(); }
 
   // All of them, united.
-  tarnis::Polygon2 Region() const { return Unite(areas_); }
+  tarnis::Polygon2 Region() const { return UniteAreas(areas_); }
 
  private:
   quillon::TrBrush brush_;

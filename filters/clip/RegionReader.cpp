@@ -18,6 +18,7 @@
 #include "filters/clip/AreaCollector.h"
 #include "filters/clip/DrawingFormats.h"
 #include "filters/clip/RegionArea.h"
+#include "filters/drawing/AreaUnion.h"
 #include "filters/geometry/ShapeFile.h"
 #include "filters/geometry/ShapeGeometry.h"
 #include "filters/geometry/ShapeImportFilter.h"
@@ -89,7 +90,7 @@ Polygon2 TextFileRegion(const std::wstring& path) {
   if (length > kLongestText) throw FilterError("a region as text may have 64 MiB at most");
   std::string text(static_cast<std::size_t>(length), '\0');
   text.resize(file.Read(text.data(), text.size()));
-  return Unite(ParseWktPolygon(WithoutMark(text)));
+  return UniteAreas(ParseWktPolygon(WithoutMark(text)));
 }
 
 Polygon2 FirstPolygon(const std::wstring& path) {
@@ -149,7 +150,7 @@ Polygon2 ReadRegion(const std::wstring& argument, corvel::IProgress* progress, P
   const bool isText = LooksLikeWktPolygon(text) && !corvel::FileExists(argument);
   Polygon2 region;
   try {
-    region = isText ? Unite(ParseWktPolygon(text)) : FileRegion(argument, progress, remarks);
+    region = isText ? UniteAreas(ParseWktPolygon(text)) : FileRegion(argument, progress, remarks);
     if (!HasArea(region)) throw FilterError("it has no area");
   } catch (const FilterError& error) {
     throw FilterError("the region" + (isText ? std::string() : " " + text) + ": " + error.what());

@@ -78,19 +78,6 @@ Polygon2 AreaOf(const std::vector<FlatLine>& lines, tarnis::FillRule rule) {
   return isPlain ? rings : tarnis::ResolveRings(rings, rule);
 }
 
-Polygon2 United(const std::vector<Polygon2>& areas) {
-  if (areas.size() == 1) return areas.front();
-  std::vector<Vec2d> points;
-  std::vector<unsigned int> counts;
-  for (const Polygon2& area : areas) {
-    const Polygon2 simple = tarnis::ResolveRings(area, tarnis::FillRule::kEvenOdd);
-    points.insert(points.end(), simple.Points().begin(), simple.Points().end());
-    counts.insert(counts.end(), simple.Counts().begin(), simple.Counts().end());
-  }
-  return tarnis::ResolveRings(Polygon2(std::move(points), std::move(counts)),
-                              tarnis::FillRule::kNonZero);
-}
-
 bool IsInBounds(const std::vector<FlatLine>& lines) {
   return std::all_of(lines.begin(), lines.end(), [](const FlatLine& line) {
     return std::all_of(line.points.begin(), line.points.end(), [](const Vec2d& point) {

@@ -14,10 +14,6 @@ namespace trovan::filters {
 // polygon is just that area. No rings if it is empty.
 tarnis::Polygon2 AreaOf(const std::vector<FlatLine>& lines, tarnis::FillRule rule);
 
-// What is in one of the areas at least.
-// REQUIRES: they are of AreaOf, or of the clipping.
-tarnis::Polygon2 United(const std::vector<tarnis::Polygon2>& areas);
-
 // Whether the ring turns in one direction only, and once around: such a ring is the same under
 // every rule.
 bool IsConvex(const corvel::Vec2d* ring, std::size_t count);

@@ -11,6 +11,7 @@
 #include "SvgElement.h"
 #include "SvgShapes.h"
 #include "SvgTransform.h"
+#include "filters/drawing/AreaUnion.h"
 
 namespace trovan::filters {
 
@@ -46,7 +47,7 @@ Polygon2 SvgClipPaths::RegionOf(const pugi::xml_node& clipPath, const pugi::xml_
     Polygon2 area = ShapeRegion(child, content);
     if (!area.Points().empty()) areas.push_back(std::move(area));
   }
-  Polygon2 region = areas.empty() ? Polygon2() : United(areas);
+  Polygon2 region = UniteAreas(std::move(areas));
   if (outer.empty() || region.Points().empty()) return region;
   const Region other = RegionFor(outer, node, user);
   return other ? tarnis::ClipPolygonToPolygon(region, *other) : region;

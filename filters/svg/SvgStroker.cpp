@@ -7,7 +7,7 @@
 #include <numbers>
 #include <utility>
 
-#include <tarnis/FillRule.h>
+#include "filters/drawing/AreaUnion.h"
 
 namespace trovan::filters {
 namespace {
@@ -27,8 +27,8 @@ Vec2d Direction(const Vec2d& from, const Vec2d& to) {
   return {way.x / length, way.y / length};  // 1 / length may be infinite
 }
 
-// Makes one ring for each piece of the line and one for each join and cap, all turning one way:
-// under the nonzero rule they are the area together.
+// Makes one ring for each piece of the line and one for each join and cap: they are the area
+// together.
 class Stroker {
  public:
   explicit Stroker(const SvgStroke& stroke) : stroke_(stroke), radius_(stroke.width / 2) {}
@@ -45,26 +45,17 @@ class Stroker {
     }
   }
 
-  tarnis::Polygon2 Finish() {
-    return tarnis::ResolveRings({std::move(points_), std::move(counts_)},
-                                tarnis::FillRule::kNonZero);
-  }
+  tarnis::Polygon2 Finish() { return UniteAreas(std::move(areas_)); }
 
  private:
-  // Every ring is turned counter-clockwise.
   void AddRing(Line ring) {
-    double area = 0.0;
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-      area += Cross(ring[i] - ring[0], ring[(i + 1) % ring.size()] - ring[0]);
-    }
-    if (area < 0.0) std::reverse(ring.begin(), ring.end());
-    points_.insert(points_.end(), ring.begin(), ring.end());
-    counts_.push_back(static_cast<unsigned int>(ring.size()));
+    const auto count = static_cast<unsigned int>(ring.size());
+    areas_.emplace_back(std::move(ring), std::vector{count});
   }
 
   void AddPiece(const Vec2d& from, const Vec2d& to) {
     const Vec2d side = Left(Direction(from, to)) * radius_;
-    AddRing({from + side, to + side, to - side, from - side});
+    AddRing({from - side, to - side, to + side, from + side});
   }
 
   void AddJoin(const Vec2d& before, const Vec2d& at, const Vec2d& after) {
@@ -106,8 +97,7 @@ class Stroker {
 
   const SvgStroke& stroke_;
   double radius_;
-  Line points_;
-  std::vector<unsigned int> counts_;
+  std::vector<tarnis::Polygon2> areas_;
 };
 
 // Without points that repeat the one before.

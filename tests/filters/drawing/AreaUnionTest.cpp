@@ -1,6 +1,5 @@
 #include "filters/drawing/AreaUnion.h"
 
-#include <cmath>
 #include <cstddef>
 #include <random>
 #include <vector>
@@ -9,29 +8,18 @@
 #include <tarnis/Clipping.h>
 #include <tarnis/FillRule.h>
 
+#include "support/RingArea.h"
+
 namespace trovan::filters {
 namespace {
 
 using corvel::Box2d;
 using corvel::Vec2d;
 using tarnis::Polygon2;
+using test::SignedArea;
 
 Polygon2 Square(double x, double y, double width) {
   return {{{x, y}, {x + width, y}, {x + width, y + width}, {x, y + width}}, {4}};
-}
-
-double Area(const Polygon2& polygon) {
-  double twice = 0.0;
-  const Vec2d* ring = polygon.Points().data();
-  for (const unsigned int count : polygon.Counts()) {
-    for (unsigned int i = 0; i < count; ++i) {
-      const Vec2d& a = ring[i];
-      const Vec2d& b = ring[(i + 1) % count];
-      twice += a.x * b.y - b.x * a.y;
-    }
-    ring += count;
-  }
-  return twice / 2;
 }
 
 TEST(UniteAreas, GivesNothingOfNothing) {
@@ -46,8 +34,8 @@ TEST(UniteAreas, KeepsOneAreaAsItIs) {
 
 TEST(UniteAreas, HolesOfOneAreFilledByAnother) {
   const Polygon2 frame({{0, 0}, {9, 0}, {9, 9}, {0, 9}, {3, 3}, {3, 6}, {6, 6}, {6, 3}}, {4, 4});
-  EXPECT_EQ(Area(UniteAreas({frame, Square(4, 4, 1)})), 81 - 9 + 1);
-  EXPECT_EQ(Area(UniteAreas({frame, Square(2, 2, 5)})), 81);
+  EXPECT_EQ(SignedArea(UniteAreas({frame, Square(4, 4, 1)})), 81 - 9 + 1);
+  EXPECT_EQ(SignedArea(UniteAreas({frame, Square(2, 2, 5)})), 81);
 }
 
 TEST(UniteAreas, ManyTilesBecomeOneSquare) {
@@ -56,7 +44,7 @@ TEST(UniteAreas, ManyTilesBecomeOneSquare) {
   const Polygon2 united = UniteAreas(tiles);
   EXPECT_EQ(united.Counts().size(), 1U);
   EXPECT_EQ(GetBoundingBox(united), Box2d(0, 0, 40, 40));
-  EXPECT_EQ(Area(united), 1600);
+  EXPECT_EQ(SignedArea(united), 1600);
 }
 
 // Against the union of all at once, on a grid of halves, where no crossing is rounded.
@@ -74,7 +62,7 @@ TEST(UniteAreas, ManyAreasGiveWhatOneRunGives) {
     const Polygon2 atOnce = ResolveRings(Polygon2(points, std::vector<unsigned int>(count, 4)),
                                          tarnis::FillRule::kNonZero);
     const Polygon2 united = UniteAreas(areas);
-    EXPECT_EQ(Area(united), Area(atOnce)) << count;
+    EXPECT_EQ(SignedArea(united), SignedArea(atOnce)) << count;
     for (int i = 0; i < 2000; ++i) {
       const Vec2d point(place(random) / 2.0 + 0.25, place(random) / 2.0 + 0.25);
       EXPECT_EQ(PointInPolygon(point, united), PointInPolygon(point, atOnce)) << count;

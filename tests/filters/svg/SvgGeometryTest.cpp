@@ -7,6 +7,7 @@
 #include "filters/svg/SvgAreas.h"
 #include "filters/svg/SvgDashes.h"
 #include "filters/svg/SvgStroker.h"
+#include "support/RingArea.h"
 
 namespace trovan::filters {
 namespace {
@@ -17,17 +18,7 @@ using Line = std::vector<Vec2d>;
 using Lines = std::vector<Line>;
 
 double AreaOfRings(const tarnis::Polygon2& polygon) {
-  double twice = 0.0;
-  const Vec2d* ring = polygon.Points().data();
-  for (const unsigned int count : polygon.Counts()) {
-    for (unsigned int i = 0; i < count; ++i) {
-      const Vec2d& a = ring[i];
-      const Vec2d& b = ring[(i + 1) % count];
-      twice += a.x * b.y - a.y * b.x;
-    }
-    ring += count;
-  }
-  return twice / 2;
+  return static_cast<double>(test::SignedArea(polygon));
 }
 
 TEST(SvgAreas, KnowsConvexRings) {

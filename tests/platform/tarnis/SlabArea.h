@@ -8,6 +8,8 @@
 
 #include <tarnis/Polygon2.h>
 
+#include "support/RingArea.h"
+
 namespace tarnis::testing {
 
 using Real = long double;
@@ -82,21 +84,6 @@ inline Real CommonArea(const std::vector<const Polygon2*>& polygons) {
   return area;
 }
 
-// The same for rings that do not cross: positive for those that run counter-clockwise.
-inline Real SignedArea(const Polygon2& polygon) {
-  Real twice = 0;
-  const corvel::Vec2d* ring = polygon.Points().data();
-  for (const unsigned int count : polygon.Counts()) {
-    for (unsigned int i = 0; i < count; ++i) {
-      const corvel::Vec2d& a = ring[i];
-      const corvel::Vec2d& b = ring[(i + 1) % count];
-      const Real ax = Real{a.x} - ring[0].x;
-      const Real ay = Real{a.y} - ring[0].y;
-      twice += ax * (Real{b.y} - ring[0].y) - (Real{b.x} - ring[0].x) * ay;
-    }
-    ring += count;
-  }
-  return twice / 2;
-}
+using trovan::test::SignedArea;
 
 }  // namespace tarnis::testing

@@ -40,7 +40,9 @@ TEST(UniteAreas, HolesOfOneAreFilledByAnother) {
 
 TEST(UniteAreas, ManyTilesBecomeOneSquare) {
   std::vector<Polygon2> tiles;
-  for (int i = 0; i < 40 * 40; ++i) tiles.push_back(Square(i % 40, i / 40, 1));
+  for (int row = 0; row < 40; ++row) {
+    for (int column = 0; column < 40; ++column) tiles.push_back(Square(column, row, 1));
+  }
   const Polygon2 united = UniteAreas(tiles);
   EXPECT_EQ(united.Counts().size(), 1U);
   EXPECT_EQ(GetBoundingBox(united), Box2d(0, 0, 40, 40));
@@ -52,7 +54,8 @@ TEST(UniteAreas, ManyAreasGiveWhatOneRunGives) {
   std::mt19937 random(11);
   std::uniform_int_distribution<int> place(0, 120);
   std::uniform_int_distribution<int> width(1, 12);
-  for (const std::size_t count : {2, 64, 65, 300}) {
+  constexpr std::size_t kCounts[] = {2, 64, 65, 300};
+  for (const std::size_t count : kCounts) {
     std::vector<Polygon2> areas;
     std::vector<Vec2d> points;
     for (std::size_t i = 0; i < count; ++i) {
